@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "argumentreader.h"
+
+#include <KLocalizedString>
+
+namespace AdminEventsHelper {
+
+namespace {
+
+constexpr int shownLength = 100;
+
+}
+
+ArgumentReader::ArgumentReader(const QVariantMap &arguments)
+    : m_arguments(arguments)
+{
+}
+
+void ArgumentReader::refuse(const QString &error)
+{
+    if (m_error.isEmpty()) {
+        m_error = error;
+    }
+}
+
+QVariant ArgumentReader::take(const QString &key, QMetaType::Type type)
+{
+    m_read << key;
+    const auto found = m_arguments.constFind(key);
+    if (found == m_arguments.cend()) {
+        refuse(i18n("The request lacks the argument \"%1\".", key));
+        return {};
+    }
+    // Not canConvert(): almost everything converts to a string.
+    if (found->userType() != type) {
+        refuse(i18n("The argument \"%1\" has the type \"%2\" in place of \"%3\".", key,
+                    QString::fromLatin1(found->typeName()), QString::fromLatin1(QMetaType::typeName(type))));
+        return {};
+    }
+    return *found;
+}
+
+QString ArgumentReader::string(const QString &key, int maximumLength)
+{
+    const QString text = take(key, QMetaType::QString).toString();
+    if (text.size() > maximumLength) {
+        refuse(
+            i18n("The argument \"%1\" is longer than %2 characters.", key, QString::number(maximumLength)));
+        return {};
+    }
+    if (text.contains(QChar(0))) {
+        refuse(i18n("The argument \"%1\" holds a zero character.", key));
+        return {};
+    }
+    return text;
+}
+
+QByteArray ArgumentReader::bytes(const QString &key, int maximumSize)
+{
+    const QByteArray value = take(key, QMetaType::QByteArray).toByteArray();
+    if (value.size() > maximumSize) {
+        refuse(i18n("The argument \"%1\" is larger than %2 bytes.", key, QString::number(maximumSize)));
+        return {};
+    }
+    return value;
+}
+
+Outcome ArgumentReader::outcome() const
+{
+    if (!m_error.isEmpty()) {
+        return Outcome::failure(m_error);
+    }
+    for (auto it = m_arguments.cbegin(); it != m_arguments.cend(); ++it) {
+        if (!m_read.contains(it.key())) {
+            return Outcome::failure(
+                i18n("The request has the unknown argument \"%1\".", it.key().left(shownLength)));
+        }
+    }
+    return Outcome::success();
+}
+
+} // namespace AdminEventsHelper

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "helper.h"
+
+#include "configwriter.h"
+#include "helperlog.h"
+#include "servicecontrol.h"
+
+#include <KAuth/HelperSupport>
+
+namespace AdminEventsHelper {
+
+Helper::Helper(const HelperOptions &options, QObject *parent)
+    : QObject(parent)
+    , m_options(options)
+{
+}
+
+KAuth::ActionReply Helper::writeconfig(const QVariantMap &arguments)
+{
+    const Result<WriteRequest> request = WriteRequest::read(arguments);
+    if (!request) {
+        return answer(QStringLiteral("writeconfig"), request.outcome());
+    }
+    return answer(QStringLiteral("writeconfig ") + request.value().path,
+                  ConfigWriter(m_options.root).write(request.value()));
+}
+
+KAuth::ActionReply Helper::loggingservicectl(const QVariantMap &arguments)
+{
+    const Result<ServiceCommand> command = readServiceCommand(arguments);
+    if (!command) {
+        return answer(QStringLiteral("loggingservicectl"), command.outcome());
+    }
+    return answer(QStringLiteral("loggingservicectl ") + arguments.value(QStringLiteral("cmd")).toString(),
+                  ServiceControl(m_options.systemctl).run(command.value()));
+}
+
+KAuth::ActionReply Helper::answer(const QString &request, const Outcome &outcome) const
+{
+    const QString who = QStringLiteral("user %1: ").arg(KAuth::HelperSupport::callerUid());
+    if (outcome) {
+        logLine(LOG_NOTICE, who + request + QLatin1String(": done"));
+        return KAuth::ActionReply::SuccessReply();
+    }
+    logLine(LOG_WARNING, who + request + QLatin1String(": refused or failed: ") + outcome.error());
+    KAuth::ActionReply reply = KAuth::ActionReply::HelperErrorReply();
+    reply.setErrorDescription(outcome.error());
+    return reply;
+}
+
+} // namespace AdminEventsHelper

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "helperoptions.h"
+
+#include <KAuth/ActionReply>
+#include <QObject>
+#include <QVariantMap>
+
+namespace AdminEventsHelper {
+
+/**
+ * Answers the authorised requests; the slots bear the last word of the actions' identifiers.
+ *
+ * A refused or failed request is answered by a helper error whose description names the object and the
+ * reason. Every request is put into the system log with the requester's user id.
+ */
+class Helper : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Helper(const HelperOptions &options, QObject *parent = nullptr);
+
+public Q_SLOTS:
+    /** Replaces a configuration file; arguments as WriteRequest::read() takes them, no reply data. */
+    KAuth::ActionReply writeconfig(const QVariantMap &arguments);
+    /** Starts, stops or restarts the logging service; arguments as readServiceCommand() takes them, no reply
+     * data. */
+    KAuth::ActionReply loggingservicectl(const QVariantMap &arguments);
+
+private:
+    KAuth::ActionReply answer(const QString &request, const Outcome &outcome) const;
+
+    HelperOptions m_options;
+};
+
+} // namespace AdminEventsHelper

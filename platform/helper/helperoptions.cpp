@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "helperoptions.h"
+
+#include <QFileInfo>
+#include <QSet>
+
+namespace AdminEventsHelper {
+
+Result<HelperOptions> HelperOptions::parse(const QStringList &words)
+{
+    HelperOptions options;
+    QSet<QString> seen;
+    for (int i = 0; i < words.size(); i += 2) {
+        const QString &option = words.at(i);
+        const bool isRoot = option == QLatin1String("--root");
+        if (!isRoot && option != QLatin1String("--systemctl")) {
+            return Outcome::failure(QStringLiteral("unknown option \"%1\"").arg(option));
+        }
+        if (seen.contains(option)) {
+            return Outcome::failure(QStringLiteral("option %1 stands twice").arg(option));
+        }
+        seen.insert(option);
+        if (i + 1 >= words.size()) {
+            return Outcome::failure(QStringLiteral("option %1 lacks its value").arg(option));
+        }
+        const QFileInfo value(words.at(i + 1));
+        if (!value.isAbsolute() || (isRoot ? !value.isDir() : !(value.isFile() && value.isExecutable()))) {
+            return Outcome::failure(
+                QStringLiteral("option %1: \"%2\" is not the absolute path of an existing %3")
+                    .arg(option, value.filePath(),
+                         isRoot ? QStringLiteral("directory") : QStringLiteral("program")));
+        }
+        (isRoot ? options.root : options.systemctl) = value.filePath();
+    }
+    return options;
+}
+
+} // namespace AdminEventsHelper

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "helper.h"
+#include "helperoptions.h"
+
+#include <KAuth/HelperSupport>
+#include <QFile>
+
+#include <cstdio>
+#include <sys/stat.h>
+
+int main(int argc, char **argv)
+{
+    QStringList words;
+    for (int i = 1; i < argc; ++i) {
+        words << QFile::decodeName(argv[i]);
+    }
+    const auto options = AdminEventsHelper::HelperOptions::parse(words);
+    if (!options) {
+        std::fprintf(stderr, "adminevents_helper: %s\n", qPrintable(options.error()));
+        return 2;
+    }
+    ::umask(077);
+    AdminEventsHelper::Helper helper(options.value());
+    return KAuth::HelperSupport::helperMain(argc, argv, "org.nivra.kcm.adminevents", &helper);
+}
