@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "checkstates.h"
+
+#include "eventtreeitem.h"
+
+namespace
+{
+int stateOf(const QVariant &value)
+{
+    const QString text = value.toString();
+    if (text == QLatin1String("1")) {
+        return Qt::Checked;
+    }
+    return text == QLatin1String("0") ? Qt::Unchecked : Qt::PartiallyChecked;
+}
+}
+
+void CheckStates::takeFromValue(EventTreeItem *node)
+{
+    if (node->isAuditSwitch()) {
+        node->checkState = stateOf(node->value(1));
+    } else if (const EventTreeItem *enabled = node->switchChild()) {
+        node->checkState = stateOf(enabled->value(1));
+    }
+}
+
+void CheckStates::valueChanged(EventTreeItem *node)
+{
+    takeFromValue(node);
+    EventTreeItem *owner = node->parentItem();
+    if (!owner || owner->switchChild() != node) {
+        return;
+    }
+    takeFromValue(owner);
+    EventTreeItem *group = owner->parentItem();
+    if (owner->kind == EventTreeItem::Event && group) {
+        setDirChecked(group);
+    }
+}
+
+void CheckStates::setDirChecked(EventTreeItem *group)
+{
+    if (group->kind != EventTreeItem::Group || !group->checkable || group->childCount() == 0) {
+        return;
+    }
+    int checkable = 0;
+    int checked = 0;
+    int partial = 0;
+    for (int row = 0; row < group->childCount(); ++row) {
+        EventTreeItem *child = group->eventChild(row);
+        if (!child->checkable) {
+            continue;
+        }
+        setDirChecked(child);
+        ++checkable;
+        checked += child->checkState == Qt::Checked ? 1 : 0;
+        partial += child->checkState == Qt::PartiallyChecked ? 1 : 0;
+    }
+    if (partial > 0) {
+        group->checkState = Qt::PartiallyChecked;
+    } else if (checked == 0) {
+        group->checkState = Qt::Unchecked;
+    } else {
+        group->checkState = checked == checkable ? Qt::Checked : Qt::PartiallyChecked;
+    }
+}
+
+void CheckStates::refreshGroups(EventTreeItem *root)
+{
+    for (int row = 0; row < root->childCount(); ++row) {
+        setDirChecked(root->eventChild(row));
+    }
+}

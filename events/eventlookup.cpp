@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "eventlookup.h"
+
+#include "eventtreeitem.h"
+
+EventTreeItem *EventLookup::findParameter(const EventTreeItem &event, const QString &name)
+{
+    if (event.kind == EventTreeItem::Subjects) {
+        return nullptr;
+    }
+    for (int row = 0; row < event.childCount(); ++row) {
+        EventTreeItem *child = event.eventChild(row);
+        if (child->nativeName == name) {
+            return child;
+        }
+        if (EventTreeItem *found = findParameter(*child, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+EventTreeItem *EventLookup::findEvent(const EventTreeItem &root, const QString &id)
+{
+    for (int row = 0; row < root.childCount(); ++row) {
+        const EventTreeItem *group = root.eventChild(row);
+        for (int eventRow = 0; eventRow < group->childCount(); ++eventRow) {
+            EventTreeItem *event = group->eventChild(eventRow);
+            if (event->kind == EventTreeItem::Event && event->nativeName == id) {
+                return event;
+            }
+        }
+    }
+    return nullptr;
+}
+
+QHash<QString, EventTreeItem *> EventLookup::eventsById(const EventTreeItem &root)
+{
+    QHash<QString, EventTreeItem *> events;
+    for (int row = 0; row < root.childCount(); ++row) {
+        const EventTreeItem *group = root.eventChild(row);
+        for (int eventRow = 0; eventRow < group->childCount(); ++eventRow) {
+            EventTreeItem *event = group->eventChild(eventRow);
+            if (event->kind == EventTreeItem::Event) {
+                events.insert(event->nativeName, event);
+            }
+        }
+    }
+    return events;
+}
+
+bool EventLookup::hasCheckableChild(const EventTreeItem &item)
+{
+    for (int row = 0; row < item.childCount(); ++row) {
+        if (item.eventChild(row)->checkable) {
+            return true;
+        }
+    }
+    return false;
+}
+
+EventTreeItem *EventLookup::enclosingEvent(EventTreeItem *item)
+{
+    while (item && item->kind != EventTreeItem::Event) {
+        item = item->parentItem();
+    }
+    return item;
+}

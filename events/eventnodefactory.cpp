@@ -1,0 +1,230 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "eventnodefactory.h"
+
+#include "checkstates.h"
+#include "jsontext.h"
+#include "nodedictionary.h"
+
+#include <algorithm>
+
+struct EventNodeFactory::Origin {
+    const OverlayMarks *marks = nullptr; // of the value's own object, when merged
+    bool overlay = false; // the value, and all below it, came from the override
+};
+
+namespace
+{
+const OverlayMarks noMarks;
+
+QStringList sortedUnique(QStringList names)
+{
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+bool isOverlayName(const QString &name)
+{
+    return name.startsWith(QLatin1String("overlay"));
+}
+
+/// Code looks these members up by their text in column 0, so it stays as it is in every language.
+bool isFixedName(const QString &name)
+{
+    return name == QLatin1String("enabled") || name == QLatin1String("message-depends")
+        || name == QLatin1String("message-audit-events") || isOverlayName(name);
+}
+
+bool belowSubjects(const EventTreeItem *node)
+{
+    for (const EventTreeItem *up = node->parentItem(); up; up = up->parentItem()) {
+        if (up->kind == EventTreeItem::Subjects) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// A "users" or "groups" object of an audit identifier below "message-audit-events".
+bool isSubjectsNode(const EventTreeItem *node)
+{
+    if (node->nativeName != QLatin1String("users") && node->nativeName != QLatin1String("groups")) {
+        return false;
+    }
+    const EventTreeItem *parent = node->parentItem();
+    const EventTreeItem *grandparent = parent ? parent->parentItem() : nullptr;
+    return grandparent && grandparent->value(0).toString() == QLatin1String("message-audit-events")
+        && !belowSubjects(node);
+}
+}
+
+EventNodeFactory::EventNodeFactory(const NodeDictionary &dictionary, QStringList users, QStringList groups, bool russian)
+    : m_dictionary(dictionary)
+    , m_users(sortedUnique(std::move(users)))
+    , m_groups(sortedUnique(std::move(groups)))
+    , m_russian(russian)
+{
+}
+
+QString EventNodeFactory::shared(const QString &text) const
+{
+    constexpr int longest = 40;
+    return text.size() > longest ? text : *m_strings.insert(text);
+}
+
+EventTreeItem *EventNodeFactory::createEvent(const QString &id, const QJsonObject &description,
+                                             const OverlayMarks &marks, EventTreeItem *parent) const
+{
+    auto *event = new EventTreeItem({id, QVariant(), QVariant()}, parent);
+    event->nativeName = id;
+    event->kind = EventTreeItem::Event;
+    if (parent) {
+        parent->appendChild(event);
+    }
+    createMembers(event, description, {&marks, false});
+    event->checkable = event->switchChild() != nullptr;
+    CheckStates::takeFromValue(event);
+    return event;
+}
+
+EventTreeItem *EventNodeFactory::createNode(const QString &name, const QJsonValue &value, const Origin &origin,
+                                            EventTreeItem *parent) const
+{
+    const QString text = shared(name);
+    auto *node = new EventTreeItem({text, QVariant(), QVariant()}, parent);
+    node->nativeName = text;
+    node->kind = EventTreeItem::Parameter;
+    node->overlay = origin.overlay;
+    parent->appendChild(node);
+    if (value.isArray()) {
+        node->kind = EventTreeItem::List;
+        const QJsonArray array = value.toArray();
+        node->setData(1, JsonText::arrayText(array));
+        node->setData(2, JsonText::compact(array));
+    } else if (value.isObject() && isSubjectsNode(node)) {
+        node->kind = EventTreeItem::Subjects;
+    } else if (value.isString()) {
+        node->setData(1, shared(value.toString()));
+    } else if (!value.isObject()) {
+        node->setData(1, value.toVariant());
+    }
+    checkDictionary(node);
+    if (value.isObject()) {
+        if (node->kind == EventTreeItem::Subjects) {
+            createSubjects(node, value.toObject(), origin);
+        } else {
+            createMembers(node, value.toObject(), origin);
+        }
+    }
+    if (name == QLatin1String("message-audit-rules") && !node->isSubject()) {
+        parent->setHasAuditRules(true);
+    }
+    // A click rewrites values from check states over the whole tree, so every
+    // switch carries the state of its value from the start.
+    CheckStates::takeFromValue(node);
+    return node;
+}
+
+void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const
+{
+    const OverlayMarks &marks = origin.marks ? *origin.marks : noMarks;
+    node->reserve(object.size());
+    QString json(QLatin1Char('{'));
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        const QString key = it.key();
+        const QJsonValue value = *it;
+        const auto merged = marks.merged.constFind(key);
+        const bool isRecord = marks.records.contains(key);
+        const Origin inner {merged == marks.merged.constEnd() ? nullptr : &*merged,
+                            !isRecord && (origin.overlay || marks.named.contains(key))};
+        const EventTreeItem *child = createNode(key, value, inner, node);
+        if (isRecord) {
+            continue; // bookkeeping, not part of the description
+        }
+        if (json.size() > 1) {
+            json += QLatin1Char(',');
+        }
+        JsonText::appendQuoted(json, key);
+        json += QLatin1Char(':');
+        if (child->kind == EventTreeItem::List || value.isObject()) {
+            json += child->value(2).toString();
+        } else if (value.isString()) {
+            JsonText::appendQuoted(json, value.toString());
+        } else {
+            json += JsonText::compact(value);
+        }
+    }
+    json += QLatin1Char('}');
+    node->setData(2, json);
+}
+
+void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const
+{
+    static const QJsonObject switchedOff {{QStringLiteral("fail"), QStringLiteral("0")},
+                                          {QStringLiteral("succ"), QStringLiteral("0")}};
+    const OverlayMarks &marks = origin.marks ? *origin.marks : noMarks;
+    if (!marks.records.isEmpty()) {
+        // The records themselves are dropped from these objects.
+        node->overlay = true;
+        node->parentItem()->overlay = true;
+        node->parentItem()->parentItem()->overlay = true;
+    }
+    const QStringList &accounts = node->nativeName == QLatin1String("users") ? m_users : m_groups;
+    node->reserve(accounts.size() + object.size());
+    QString json(QLatin1Char('{'));
+    const auto add = [&](const QString &name, const QJsonValue &value, const Origin &inner) {
+        const EventTreeItem *child = createNode(name, value, inner, node);
+        json += json.size() > 1 ? QLatin1String(",") : QLatin1String();
+        JsonText::appendQuoted(json, name);
+        json += QLatin1Char(':');
+        json += value.isObject() ? child->value(2).toString() : JsonText::compact(value);
+    };
+    // Both lists are sorted alike: walk them side by side.
+    auto account = accounts.begin();
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        const QString key = it.key();
+        for (; account != accounts.end() && *account < key; ++account) {
+            add(*account, switchedOff, {});
+        }
+        if (account != accounts.end() && *account == key) {
+            ++account;
+        }
+        if (!marks.records.contains(key)) {
+            const auto merged = marks.merged.constFind(key);
+            add(key, *it, {merged == marks.merged.constEnd() ? nullptr : &*merged, origin.overlay || marks.named.contains(key)});
+        }
+    }
+    for (; account != accounts.end(); ++account) {
+        add(*account, switchedOff, {});
+    }
+    json += QLatin1Char('}');
+    node->setData(2, json);
+}
+
+void EventNodeFactory::checkDictionary(EventTreeItem *node) const
+{
+    if (node->kind != EventTreeItem::Parameter && node->kind != EventTreeItem::List
+        && node->kind != EventTreeItem::Subjects) {
+        return;
+    }
+    // An account that is called like a parameter is not that parameter.
+    const NodeDictionary::Entry *entry = node->isSubject() ? nullptr : m_dictionary.find(node->nativeName);
+    if (!entry) {
+        node->editable = true;
+        return;
+    }
+    node->visible = entry->visible;
+    if (!node->visible) {
+        return;
+    }
+    node->editable = entry->editable || (node->parentItem() && node->parentItem()->childrenEditable);
+    node->childrenEditable = entry->childrenEditable;
+    if (m_russian && !entry->russianName.isEmpty()) {
+        node->localizedName = entry->russianName;
+        if (!isFixedName(node->nativeName)) {
+            node->setData(0, entry->russianName);
+        }
+    }
+}

@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <memory>
+
+class EventTreeItem;
+
+/// Copies whole event trees. The copy has nodes and links of its own; equal texts share their storage until one is written.
+namespace EventTreeClone
+{
+[[nodiscard]] std::unique_ptr<EventTreeItem> clone(const EventTreeItem &root);
+}

@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "eventtreeitem.h"
+
+EventTreeItem::EventTreeItem(const QVector<QVariant> &itemData, EventTreeItem *parent)
+    : TreeItem(itemData, parent)
+{
+}
+
+EventTreeItem *EventTreeItem::parentItem() const
+{
+    return static_cast<EventTreeItem *>(TreeItem::parentItem());
+}
+
+EventTreeItem *EventTreeItem::findChildByNativeName(const QString &name) const
+{
+    for (TreeItem *node : children()) {
+        auto *child = static_cast<EventTreeItem *>(node);
+        if (child->nativeName == name) {
+            return child;
+        }
+        if (EventTreeItem *found = child->findChildByNativeName(name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+EventTreeItem *EventTreeItem::findParentByNativeName(const QString &name) const
+{
+    EventTreeItem *parent = parentItem();
+    if (!parent || parent->nativeName == name) {
+        return parent;
+    }
+    return parent->findChildByNativeName(name);
+}
+
+EventTreeItem *EventTreeItem::findChildTopLevelByNativeName(const QString &name) const
+{
+    for (TreeItem *node : children()) {
+        auto *child = static_cast<EventTreeItem *>(node);
+        if (child->nativeName == name) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
+bool EventTreeItem::isNotificationOn() const
+{
+    return notificationState == NotificationOn || notificationState == NotificationSwitchedOn;
+}
+
+bool EventTreeItem::isSubject() const
+{
+    const EventTreeItem *parent = parentItem();
+    return parent && parent->kind == Subjects;
+}
+
+bool EventTreeItem::isObject() const
+{
+    if (kind == Parameter || kind == Subjects) {
+        return childCount() > 0 || value(2).toString().startsWith(QLatin1Char('{'));
+    }
+    return false;
+}
+
+bool EventTreeItem::isAuditSwitch() const
+{
+    return kind == Parameter && (nativeName == QLatin1String("succ") || nativeName == QLatin1String("fail"))
+        && childCount() == 0 && !isSubject() && !isObject();
+}
+
+EventTreeItem *EventTreeItem::switchChild() const
+{
+    if (kind != Event && kind != Parameter) {
+        return nullptr;
+    }
+    for (TreeItem *node : children()) {
+        auto *child = static_cast<EventTreeItem *>(node);
+        if (child->kind == Parameter && child->nativeName == QLatin1String("enabled") && !child->isObject()) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
+EventTreeItem *EventTreeItem::member(QLatin1String name) const
+{
+    if (kind == Subjects) {
+        return nullptr;
+    }
+    for (TreeItem *node : children()) {
+        auto *child = static_cast<EventTreeItem *>(node);
+        if (child->nativeName == name) {
+            return child;
+        }
+    }
+    return nullptr;
+}

@@ -1,0 +1,295 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "singleeventsparser.h"
+
+#include "checkstates.h"
+#include "eventlookup.h"
+#include "eventnodefactory.h"
+#include "eventtreeclone.h"
+#include "eventtreeitem.h"
+#include "jsontext.h"
+#include "overridemerge.h"
+
+#include <localekeeper.h>
+#include <subjectlister.h>
+#include <systempaths.h>
+
+#include <KLocalizedString>
+
+#include <QJsonDocument>
+
+namespace
+{
+const QLatin1String customEvents("custom-events");
+
+QJsonObject objectFrom(const QString &json)
+{
+    return QJsonDocument::fromJson(json.toUtf8()).object();
+}
+
+/// The watched path: every rule ends in it, because it is the rule's key as well.
+QString getFileFromRule(const QString &rule)
+{
+    return rule.split(QLatin1Char(' ')).constLast().trimmed();
+}
+}
+
+SingleEventsParser::SingleEventsParser(QObject *parent)
+    : QObject(parent)
+    , m_russian(LocaleKeeper::Instance().language() == QLatin1String("Russian"))
+{
+    getNodesDescription();
+    initDefaultUsersAndGroups();
+    m_factory = std::make_unique<EventNodeFactory>(m_dictionary, m_users, m_groups, m_russian);
+}
+
+SingleEventsParser::SingleEventsParser(const QStringList &users, const QStringList &groups, QObject *parent)
+    : QObject(parent)
+    , m_users(users)
+    , m_groups(groups)
+    , m_russian(LocaleKeeper::Instance().language() == QLatin1String("Russian"))
+{
+    getNodesDescription();
+    m_factory = std::make_unique<EventNodeFactory>(m_dictionary, m_users, m_groups, m_russian);
+}
+
+SingleEventsParser::~SingleEventsParser() = default;
+
+void SingleEventsParser::getNodesDescription()
+{
+    m_dictionary = NodeDictionary::fromFile(SystemPaths::resolve(SystemPaths::nodeDictionary()));
+}
+
+void SingleEventsParser::initDefaultUsersAndGroups()
+{
+    const Subjects subjects = listSubjects();
+    m_users = subjects.users;
+    m_groups = subjects.groups;
+}
+
+bool SingleEventsParser::isConfigCorrect() const
+{
+    return !m_reader.catalogError;
+}
+
+EventTreeItem *SingleEventsParser::parse() const
+{
+    if (!isConfigCorrect()) {
+        return nullptr;
+    }
+    if (m_spare) {
+        return m_spare.release();
+    }
+    // A load needs two equal trees; copying one costs a fraction of building it.
+    EventTreeItem *root = build();
+    m_spare = EventTreeClone::clone(*root);
+    return root;
+}
+
+EventTreeItem *SingleEventsParser::build() const
+{
+    auto *root = new EventTreeItem({i18n("Parameter"), i18n("Value")});
+    createGroups(root);
+    for (const QString &id : m_reader.eventIds) {
+        createEventItem(id, MergedEvent, root);
+    }
+    makeParametersUncheckable(root);
+    for (int row = 0; row < root->childCount(); ++row) {
+        EventTreeItem *group = root->eventChild(row);
+        group->checkable = EventLookup::hasCheckableChild(*group);
+        CheckStates::setDirChecked(group);
+    }
+    makeDependsMap(root);
+    checkDepends(root);
+    m_depends.clear();
+    hideAuxItems(root);
+    setItemOptions(root);
+    m_groupNodes.clear();
+    return root;
+}
+
+void SingleEventsParser::createGroups(EventTreeItem *root) const
+{
+    m_groupNodes.clear();
+    for (const QString &id : m_reader.groupIds) {
+        createGroupNode(id, root);
+    }
+}
+
+EventTreeItem *SingleEventsParser::createGroupNode(const QString &id, EventTreeItem *root) const
+{
+    const QString json = id == customEvents
+        ? QStringLiteral(R"({ "group-params": { "name_en": "Custom events", "name_ru": "Кастомные события" } })")
+        : m_reader.getGroupJson(id);
+    const QJsonObject params = objectFrom(json).value(QLatin1String("group-params")).toObject();
+    const QString name = params.value(QLatin1String(m_russian ? "name_ru" : "name_en")).toString();
+    auto *group = new EventTreeItem({name.isEmpty() ? id : name, QVariant(), QVariant()}, root);
+    group->kind = EventTreeItem::Group;
+    group->nativeName = id;
+    group->localizedName = name;
+    root->appendChild(group);
+    m_groupNodes.insert(id, group);
+    return group;
+}
+
+EventTreeItem *SingleEventsParser::groupOf(const QJsonObject &description, EventTreeItem *root) const
+{
+    QString id = description.value(QLatin1String("event-group")).toString();
+    if (id.isEmpty()) {
+        id = customEvents;
+    }
+    // An event whose group the catalog does not list is shown all the same.
+    EventTreeItem *group = m_groupNodes.value(id);
+    return group ? group : createGroupNode(id, root);
+}
+
+EventTreeItem *SingleEventsParser::createEventItem(const QString &id, EventItemType type, EventTreeItem *root) const
+{
+    QJsonObject description = objectFrom(m_reader.getEventJson(id));
+    if (description.isEmpty()) {
+        return nullptr;
+    }
+    EventTreeItem *group = root ? groupOf(description, root) : nullptr;
+    OverlayMarks marks;
+    if (type == MergedEvent) {
+        const QJsonDocument override = QJsonDocument::fromJson(m_reader.getOverrideEventJson(id).toUtf8());
+        if (override.isObject()) {
+            description = mergeNodes(std::move(description), override.object(), marks);
+        }
+    }
+    EventTreeItem *event = m_factory->createEvent(id, description, marks, group);
+    if (event->hasAuditRules()) {
+        makeFiltersFromRules(event);
+    }
+    const QString nameKey = m_russian ? QStringLiteral("name_ru") : QStringLiteral("name_en");
+    if (const EventTreeItem *name = EventLookup::findParameter(*event, nameKey)) {
+        event->localizedName = name->value(1).toString();
+    }
+    if (!event->localizedName.isEmpty()) {
+        event->setData(0, event->localizedName);
+    }
+    return event;
+}
+
+void SingleEventsParser::makeParametersUncheckable(EventTreeItem *item) const
+{
+    if (item->kind >= EventTreeItem::Parameter) {
+        item->checkable = false;
+    }
+    for (int row = 0; row < item->childCount(); ++row) {
+        makeParametersUncheckable(item->eventChild(row));
+    }
+}
+
+void SingleEventsParser::makeDependsMap(const EventTreeItem *item) const
+{
+    // Only events declare dependencies; whatever lies deeper may be called anything.
+    for (int row = 0; row < item->childCount(); ++row) {
+        const EventTreeItem *child = item->eventChild(row);
+        if (child->kind == EventTreeItem::Group || child->kind == EventTreeItem::Event) {
+            makeDependsMap(child);
+        } else if (item->kind == EventTreeItem::Event
+                   && child->value(0).toString() == QLatin1String("message-depends")) {
+            const QStringList names = child->value(1).toString().split(QLatin1Char(','));
+            for (const QString &name : names) {
+                m_depends.insert(item->nativeName, name.trimmed());
+            }
+        }
+    }
+}
+
+void SingleEventsParser::checkDepends(EventTreeItem *root) const
+{
+    if (m_depends.isEmpty()) {
+        return;
+    }
+    // Only events are candidates: an audit identifier may bear an event's name.
+    const QHash<QString, EventTreeItem *> events = EventLookup::eventsById(*root);
+    for (auto it = m_depends.constBegin(); it != m_depends.constEnd(); ++it) {
+        EventTreeItem *event = events.value(it.key());
+        EventTreeItem *needed = events.value(it.value());
+        if (event && needed) {
+            event->dependencies.append(needed);
+            needed->dependents.append(event);
+        }
+    }
+}
+
+void SingleEventsParser::makeFiltersFromRules(EventTreeItem *event) const
+{
+    const EventTreeItem *rules = event->member(QLatin1String("message-audit-rules"));
+    const QString listName = QStringLiteral(".auditd.key");
+    EventTreeItem *list = EventLookup::findParameter(*event, listName);
+    if (!list) {
+        EventTreeItem *filters = event->member(QLatin1String("filter-values"));
+        if (!filters || (filters->kind != EventTreeItem::Parameter)) {
+            filters = new EventTreeItem({QStringLiteral("filter-values"), QVariant(), QStringLiteral("{}")}, event);
+            filters->nativeName = QStringLiteral("filter-values");
+            filters->kind = EventTreeItem::Parameter;
+            m_factory->checkDictionary(filters);
+            event->appendChild(filters);
+        }
+        list = new EventTreeItem({listName, QVariant(), QVariant()}, filters);
+        list->nativeName = listName;
+        list->kind = EventTreeItem::List;
+        m_factory->checkDictionary(list);
+        filters->appendChild(list);
+    }
+    list->setHasAuditRules(true);
+    if (list->overlay) {
+        return; // the administrator's own list
+    }
+    QJsonArray paths;
+    const QStringList lines = rules->value(1).toString().split(QLatin1String(", "));
+    for (const QString &rule : lines) {
+        // One file may need several rules; it is listed once.
+        const QString path = getFileFromRule(rule);
+        if (!path.isEmpty() && !paths.contains(path)) {
+            paths.append(path);
+        }
+    }
+    list->kind = EventTreeItem::List;
+    list->setData(1, JsonText::arrayText(paths));
+    list->setData(2, JsonText::compact(paths));
+}
+
+void SingleEventsParser::hideAuxItems(EventTreeItem *item) const
+{
+    const QLatin1String prefix("overlay");
+    const bool named = item->nativeName.startsWith(prefix) || item->value(0).toString().startsWith(prefix);
+    if (named && item->kind >= EventTreeItem::Parameter && !item->isSubject()) {
+        item->visible = false;
+    }
+    for (int row = 0; row < item->childCount(); ++row) {
+        hideAuxItems(item->eventChild(row));
+    }
+}
+
+void SingleEventsParser::setItemOptions(EventTreeItem *item) const
+{
+    if (item->kind != EventTreeItem::Event) {
+        for (int row = 0; row < item->childCount(); ++row) {
+            setItemOptions(item->eventChild(row));
+        }
+        return;
+    }
+    const auto isSet = [item](QLatin1String name) {
+        const EventTreeItem *flag = item->member(name);
+        return flag && flag->value(1).toDouble() != 0;
+    };
+    item->notRedirected = isSet(QLatin1String("is-not-redirected"));
+    item->generatesLoad = isSet(QLatin1String("generates-load"));
+    if (item->hasAuditRules()) {
+        if (EventTreeItem *list = EventLookup::findParameter(*item, QStringLiteral(".auditd.key"))) {
+            list->setHasAuditRules(true);
+        }
+    }
+    const EventTreeItem *messageId = EventLookup::findParameter(*item, QStringLiteral("message_id"));
+    if (messageId && m_notificationLookup && m_notificationLookup(messageId->value(1).toString())) {
+        item->notificationState = EventTreeItem::NotificationOn;
+    }
+    if (const EventTreeItem *conflicts = item->member(QLatin1String("conflicts-with"))) {
+        item->conflictsWith = conflicts->value(1).toString().split(QLatin1String(", "));
+    }
+}

@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "treeitem.h"
+
+TreeItem::TreeItem(const QVector<QVariant> &itemData, TreeItem *parent)
+    : m_itemData(itemData)
+    , m_parentItem(parent)
+{
+}
+
+TreeItem::~TreeItem()
+{
+    qDeleteAll(m_children);
+}
+
+TreeItem *TreeItem::child(int row) const
+{
+    return row >= 0 && row < m_children.size() ? m_children.at(row) : nullptr;
+}
+
+QVariant TreeItem::data(int column) const
+{
+    return value(column);
+}
+
+const QVariant &TreeItem::value(int column) const
+{
+    static const QVariant invalid;
+    return column >= 0 && column < m_itemData.size() ? m_itemData.at(column) : invalid;
+}
+
+bool TreeItem::setData(int column, const QVariant &value)
+{
+    if (column < 0 || column >= m_itemData.size()) {
+        return false;
+    }
+    m_itemData[column] = value;
+    return true;
+}
+
+void TreeItem::setData(const QVector<QVariant> &itemData)
+{
+    m_itemData = itemData;
+}
+
+int TreeItem::row() const
+{
+    if (!m_parentItem) {
+        return 0;
+    }
+    // Views ask for the row of the same nodes again and again; a list of
+    // thousands of subjects is searched only after it has changed.
+    const QVector<TreeItem *> &siblings = m_parentItem->m_children;
+    if (m_rowHint >= siblings.size() || siblings.at(m_rowHint) != this) {
+        const int found = siblings.indexOf(const_cast<TreeItem *>(this));
+        if (found < 0) {
+            return -1;
+        }
+        m_rowHint = found;
+    }
+    return m_rowHint;
+}
+
+void TreeItem::appendChild(TreeItem *child, bool prepend)
+{
+    if (prepend) {
+        m_children.prepend(child);
+    } else {
+        child->m_rowHint = m_children.size();
+        m_children.append(child);
+    }
+}
+
+bool TreeItem::deleteChild(int row)
+{
+    if (row < 0 || row > m_children.size()) {
+        return false;
+    }
+    if (row < m_children.size()) {
+        delete m_children.takeAt(row);
+    }
+    return true;
+}
+
+TreeItem *TreeItem::findChild(const QString &name, int column) const
+{
+    for (TreeItem *child : m_children) {
+        if (child->value(column).toString() == name) {
+            return child;
+        }
+        if (TreeItem *found = child->findChild(name, column)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+TreeItem *TreeItem::findChildWithoutTopLevel(const QString &name, int column) const
+{
+    for (const TreeItem *child : m_children) {
+        if (TreeItem *found = child->findChild(name, column)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+TreeItem *TreeItem::findChildTopLevel(const QString &name) const
+{
+    for (TreeItem *child : m_children) {
+        if (child->value(0).toString() == name) {
+            return child;
+        }
+    }
+    return nullptr;
+}

@@ -1,0 +1,275 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "admineventsmodule.h"
+
+#include "treeviewstate.h"
+#include "ui_admineventsmodule.h"
+
+#include <changemarker.h>
+#include <checkabletreemodel.h>
+#include <configaccessservice.h>
+#include <configwatcher.h>
+#include <eventlookup.h>
+#include <eventsproxymodel.h>
+#include <eventswriter.h>
+#include <eventtreeitem.h>
+#include <loggingservice.h>
+#include <singleeventsparser.h>
+#include <statewidget.h>
+#include <systempaths.h>
+
+#include <KLocalizedString>
+#include <KMessageWidget>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QScopedValueRollback>
+
+namespace
+{
+/// The members that stand for no event of the tree, or hold nothing that an event could take.
+QJsonObject membersWithoutEvent(const QJsonObject &settings, const EventTreeItem &root)
+{
+    const QHash<QString, EventTreeItem *> events = EventLookup::eventsById(root);
+    QJsonObject left;
+    for (auto it = settings.begin(); it != settings.end(); ++it) {
+        if (!it->isObject() || !events.contains(it.key())) {
+            left.insert(it.key(), *it);
+        }
+    }
+    return left;
+}
+
+SettingsFile presentSettings()
+{
+    return readSettingsFile(SystemPaths::resolve(SystemPaths::eventSettingsFile()));
+}
+}
+
+void AdminEventsModule::access()
+{
+    load_p();
+    stateWidget()->resetState();
+    m_accessed = true;
+    startWatchConfigs();
+    if (!m_firstViewerArgument.isEmpty() && !m_secondViewerArgument.isEmpty()) {
+        notificationSettingsFromViewer(m_secondViewerArgument, m_firstViewerArgument);
+    }
+}
+
+void AdminEventsModule::change()
+{
+    if (!save_p()) {
+        // A reload would drop edits that are not in any file yet.
+        setApplyFailed(true);
+        return;
+    }
+    load_p();
+    stateWidget()->resetState();
+}
+
+void AdminEventsModule::load_p()
+{
+    checkEventSettingsDirectory();
+    // Taken before reading: what changes from here on is noticed as a change.
+    if (m_watcher) {
+        m_watcher->acknowledge();
+    }
+    const SettingsFile settings = presentSettings();
+    m_dictionary = NodeDictionary::fromFile(SystemPaths::resolve(SystemPaths::nodeDictionary()));
+    const SingleEventsParser parser(nullptr);
+    if (!parser.isConfigCorrect()) {
+        QMessageBox::critical(
+            this, i18n("Event configuration is incorrect."),
+            i18n("Check if there are no duplicate event_id in event configuration(even in different groups).\n"
+                 "The application cannot continue and will be terminated."),
+            QMessageBox::Ok);
+        QCoreApplication::exit(-1);
+        return;
+    }
+    const TreeViewState viewState(m_ui->singleEventsView);
+    loadEvents(parser);
+    viewState.restore();
+    m_loadedSettings = settings.contentHash;
+    showSettingsFileState(settings);
+    switchSngStatus();
+}
+
+void AdminEventsModule::loadEvents(const SingleEventsParser &parser)
+{
+    m_workingModel->setRootItem(parser.parse());
+    m_referenceModel->setRootItem(parser.parse());
+}
+
+void AdminEventsModule::checkEventSettingsDirectory()
+{
+    const QString path = SystemPaths::resolve(SystemPaths::eventSettingsDirectory());
+    const QDir directory(path);
+    constexpr QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    if (directory.exists() && !directory.isEmpty(everything)) {
+        return;
+    }
+    QMessageBox::critical(this, i18n("No event configuration detected"),
+                          i18n("The directory \"%1\" does not exist or is empty.\n"
+                               "The application cannot continue and will be terminated.",
+                               path),
+                          QMessageBox::Ok);
+    QCoreApplication::exit(-1);
+}
+
+void AdminEventsModule::showSettingsFileState(const SettingsFile &settings)
+{
+    const bool damaged = settings.state == SettingsFile::Malformed || settings.state == SettingsFile::Unreadable;
+    if (damaged) {
+        m_messageBar->setMessageType(KMessageWidget::Warning);
+        m_messageBar->setText(i18n("The saved event settings could not be read, so the page shows the defaults. %1",
+                                   settings.reason));
+        m_messageBar->show();
+    } else {
+        m_messageBar->hide();
+    }
+}
+
+bool AdminEventsModule::save_p()
+{
+    stopWatchConfigs();
+    const bool saved = writeEventSettings();
+    if (saved) {
+        if (m_watcher) {
+            m_watcher->acknowledge(); // these changes are the page's own
+        }
+        m_loggingService->restart();
+    }
+    startWatchConfigs();
+    return saved;
+}
+
+bool AdminEventsModule::writeEventSettings()
+{
+    const SettingsFile present = presentSettings();
+    if (!mayReplace(present)) {
+        return false;
+    }
+    EventTreeItem *root = m_workingModel->rootItem();
+    ChangeMarker::markAll(*m_referenceModel->rootItem(), *root);
+    EventsWriter writer(*m_configAccessService, SystemPaths::eventSettingsFile(), SystemPaths::auditRulesFile());
+    writer.setPreserved(membersWithoutEvent(present.settings, *root));
+    if (!writer.isWritable(root)) {
+        showError(i18n("The event settings are nested too deeply to be saved in %1. Nothing was saved.",
+                       SystemPaths::eventSettingsFile()));
+        return false;
+    }
+    const bool written = writer.writeConfig(root);
+    if (!writer.errors().isEmpty()) {
+        QMessageBox::warning(this, i18n("Error"), writer.errors().join(QLatin1Char('\n')), QMessageBox::Ok);
+    }
+    if (!written) {
+        showError(writer.failures().join(QLatin1Char('\n')));
+        // A write that went through before the other failed is the page's own all the same.
+        m_loadedSettings = presentSettings().contentHash;
+    }
+    return written;
+}
+
+bool AdminEventsModule::mayReplace(const SettingsFile &present)
+{
+    const QString path = SystemPaths::eventSettingsFile();
+    if (present.state == SettingsFile::Unreadable) {
+        showError(i18n("%1\nNothing was saved, because the settings in this file would be lost.", present.reason));
+        return false;
+    }
+    QString question;
+    if (present.state == SettingsFile::Malformed) {
+        question = i18n("%1\nSaving replaces the file, and what it holds now is lost to this page. Replace it?",
+                        present.reason);
+    } else if (present.contentHash != m_loadedSettings) {
+        question = i18n("The file %1 was changed by another program after this page was loaded. "
+                        "Replace it with the settings of this page?",
+                        path);
+    } else {
+        return true;
+    }
+    return QMessageBox::question(this, i18n("Replace event settings"), question, QMessageBox::Yes | QMessageBox::No,
+                                 QMessageBox::No)
+        == QMessageBox::Yes;
+}
+
+void AdminEventsModule::showError(const QString &text)
+{
+    QMessageBox::critical(this, i18n("Error"), text, QMessageBox::Ok);
+}
+
+void AdminEventsModule::startWatchConfigs()
+{
+    if (!m_watcher) {
+        m_watcher = new ConfigWatcher(SystemPaths::resolve(SystemPaths::eventSettingsDirectory()),
+                                      SystemPaths::resolve(SystemPaths::eventSettingsFile()), this);
+        connect(m_watcher, &ConfigWatcher::changed, this, &AdminEventsModule::configsChanged);
+    }
+    m_watcher->start();
+}
+
+void AdminEventsModule::stopWatchConfigs()
+{
+    if (m_watcher) {
+        m_watcher->stop();
+    }
+}
+
+void AdminEventsModule::configsChanged(const QString &)
+{
+    if (m_reloading) {
+        return;
+    }
+    const bool dropsEdits = !compareModels();
+    {
+        const QScopedValueRollback<bool> reloading(m_reloading, true);
+        load_p();
+    }
+    stateWidget()->resetState();
+    Q_EMIT changed(false);
+    if (dropsEdits && !m_messageBar->isVisible()) {
+        m_messageBar->setMessageType(KMessageWidget::Information);
+        m_messageBar->setText(i18n("Another program changed the event settings. The page was loaded again; "
+                                   "changes that were not saved are gone."));
+        m_messageBar->show();
+    }
+}
+
+void AdminEventsModule::dataChanged()
+{
+    // A change shows in other rows as well: linked events, groups, switches of hidden values.
+    m_ui->singleEventsView->viewport()->update();
+    Q_EMIT changed(!compareModels());
+}
+
+bool AdminEventsModule::compareModels() const
+{
+    return ChangeMarker::compareTrees(*m_referenceModel->rootItem(), *m_workingModel->rootItem());
+}
+
+bool AdminEventsModule::compareIndexes(const QModelIndex &reference, const QModelIndex &working) const
+{
+    return ChangeMarker::compareItems(*m_referenceModel->itemAt(reference), *m_workingModel->itemAt(working),
+                                      reference.column());
+}
+
+void AdminEventsModule::notificationSettingsFromViewer(const QString &second, const QString &first)
+{
+    // The viewer names an event by its identifiers or its name: bring it into view.
+    const EventTreeItem *root = m_workingModel->rootItem();
+    const QHash<QString, EventTreeItem *> events = EventLookup::eventsById(*root);
+    for (const EventTreeItem *event : events) {
+        const EventTreeItem *messageId = EventLookup::findParameter(*event, QStringLiteral("message_id"));
+        const QStringList names {event->nativeName, event->localizedName,
+                                 messageId ? messageId->value(1).toString() : QString()};
+        if (names.contains(first) || names.contains(second)) {
+            const QModelIndex index = m_proxy->mapFromSource(m_workingModel->indexOf(event));
+            m_ui->singleEventsView->setCurrentIndex(index);
+            m_ui->singleEventsView->scrollTo(index);
+            return;
+        }
+    }
+}

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "admineventsmodule.h"
+
+#include "ui_admineventsmodule.h"
+
+#include <configaccessservice.h>
+#include <eventconfigstorage.h>
+#include <loggingservice.h>
+#include <systempaths.h>
+
+#include <KAuth/Action>
+#include <KLocalizedString>
+
+#include <QMessageBox>
+
+namespace
+{
+const QString componentName = QStringLiteral("nivra_kcm_admin_events");
+}
+
+AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &args)
+    : KCMGS::GuardKCModule(componentName, parent, args)
+    , m_ui(std::make_unique<Ui_AdminEventsModule>())
+    , m_configAccessService(new ConfigAccessService(this))
+    , m_loggingService(new LoggingService(this))
+    , m_storage(
+          std::make_unique<EventConfigStorage>(SystemPaths::resolve(SystemPaths::eventSettingsDirectory())))
+{
+    m_ui->setupUi(this);
+    createMessageBar();
+    createToolButtons();
+    createView();
+
+    setButtons(Help | Apply);
+    stateWidget()->setResetButtonVisible(true);
+
+    connect(m_loggingService, &LoggingService::stateChanged, this, &AdminEventsModule::switchSngStatus);
+    connect(m_loggingService, &AccessService::error, this, [this](const KAuth::Action *action, const QString &text) {
+        QMessageBox::critical(this, action->name(), text, QMessageBox::Ok);
+        m_ui->sngStartStopButton->setEnabled(true);
+    });
+
+    constexpr int ownArguments = 2;
+    if (args.size() > ownArguments) {
+        m_firstViewerArgument = args.at(0).toString();
+        m_secondViewerArgument = args.at(1).toString();
+    }
+}
+
+AdminEventsModule::~AdminEventsModule()
+{
+    // The models refer to the storage, which goes before the child objects do.
+    delete m_proxy;
+    delete m_workingModel;
+    delete m_referenceModel;
+}

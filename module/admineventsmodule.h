@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <guardkcmodule.h>
+#include <nodedictionary.h>
+#include <settingsfile.h>
+
+#include <memory>
+
+class CheckableTreeModel;
+class ConfigAccessService;
+class ConfigWatcher;
+class EventConfigStorage;
+class EventsProxyModel;
+class KMessageWidget;
+class LoggingService;
+class QModelIndex;
+class SingleEventsParser;
+class Ui_AdminEventsModule;
+
+/**
+ * The settings page: the tree of security events with their parameters, and
+ * the state of the logging service. It reads the configuration itself and has
+ * every change written by the privileged helper.
+ */
+class AdminEventsModule : public KCMGS::GuardKCModule
+{
+    Q_OBJECT
+
+public:
+    /// @param args with more than two entries the first two name the event that a log viewer wants to see
+    AdminEventsModule(QWidget *parent, const QList<QVariant> &args);
+    ~AdminEventsModule() override;
+
+    /// Loads the configuration and starts to watch it.
+    void access() override;
+    /// Saves, then loads what was saved. When something could not be written, the edits stay, unsaved.
+    void change() override;
+
+    /// Reads the whole configuration into both models.
+    void load_p();
+    /// Writes the whole configuration; false when something was not written (the user has been told).
+    [[nodiscard]] bool save_p();
+    /// Gives each model a tree of its own.
+    void loadEvents(const SingleEventsParser &parser);
+
+    void startWatchConfigs();
+    void stopWatchConfigs();
+    /// Reloads the page after somebody else changed the configuration; unsaved edits are dropped.
+    void configsChanged(const QString &path);
+
+    /// True when the page holds no unsaved change; marks changed nodes up to the first group that differs.
+    [[nodiscard]] bool compareModels() const;
+    bool compareIndexes(const QModelIndex &reference, const QModelIndex &working) const;
+
+    /// What the log viewer named, empty unless the page was started for one event.
+    [[nodiscard]] const QString &firstViewerArgument() const { return m_firstViewerArgument; }
+    [[nodiscard]] const QString &secondViewerArgument() const { return m_secondViewerArgument; }
+
+    [[nodiscard]] CheckableTreeModel *workingModel() const { return m_workingModel; }
+    [[nodiscard]] CheckableTreeModel *referenceModel() const { return m_referenceModel; }
+
+public Q_SLOTS:
+    /// Works out anew whether the page holds unsaved changes.
+    void dataChanged();
+
+private:
+    // Building the page
+    void createToolButtons();
+    void createView();
+    void createMessageBar();
+    void expandSeView() const;
+
+    // Loading and saving
+    void checkEventSettingsDirectory();
+    void showSettingsFileState(const SettingsFile &settings);
+    [[nodiscard]] bool writeEventSettings();
+    [[nodiscard]] bool mayReplace(const SettingsFile &present);
+    void showError(const QString &text);
+    void notificationSettingsFromViewer(const QString &second, const QString &first);
+
+    // The logging service
+    void switchSngStatus();
+    void setSngAction(bool running) const;
+    void startSyslogNg();
+    void stopSyslogNg();
+
+    std::unique_ptr<Ui_AdminEventsModule> m_ui;
+    ConfigAccessService *m_configAccessService;
+    LoggingService *m_loggingService;
+    std::unique_ptr<EventConfigStorage> m_storage;
+    NodeDictionary m_dictionary;
+    CheckableTreeModel *m_referenceModel = nullptr; // as last loaded
+    CheckableTreeModel *m_workingModel = nullptr; // as edited
+    EventsProxyModel *m_proxy = nullptr;
+    KMessageWidget *m_messageBar = nullptr;
+    ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
+    QByteArray m_loadedSettings; // hash of the settings file as loaded
+    QString m_firstViewerArgument;
+    QString m_secondViewerArgument;
+    bool m_accessed = false;
+    bool m_reloading = false;
+    bool m_sngRunning = false; // as last shown
+};

@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "admineventsmodule.h"
+
+#include "ui_admineventsmodule.h"
+
+#include <checkabletreemodel.h>
+#include <eventconfigstorage.h>
+#include <eventitemdelegate.h>
+#include <eventsproxymodel.h>
+#include <loggingservice.h>
+#include <snghandler.h>
+
+#include <KLocalizedString>
+#include <KMessageWidget>
+
+#include <QHeaderView>
+
+void AdminEventsModule::createMessageBar()
+{
+    m_messageBar = new KMessageWidget(this);
+    m_messageBar->setObjectName(QStringLiteral("messageBar"));
+    m_messageBar->setWordWrap(true);
+    m_messageBar->setCloseButtonVisible(true);
+    m_messageBar->hide();
+    m_ui->verticalLayout_2->insertWidget(0, m_messageBar);
+}
+
+void AdminEventsModule::createView()
+{
+    QTreeView *view = m_ui->singleEventsView;
+    m_referenceModel = new CheckableTreeModel(*m_storage, this);
+    m_workingModel = new CheckableTreeModel(*m_storage, this);
+    m_proxy = new EventsProxyModel(this);
+    m_proxy->setFilterRole(CheckableTreeModel::VisibleRole);
+    m_proxy->setSourceModel(m_workingModel);
+    view->setModel(m_proxy);
+
+    view->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    view->setAlternatingRowColors(true);
+    view->setAccessibleName(i18n("Security events"));
+
+    auto *delegate = new EventItemDelegate(m_dictionary, view);
+    view->setItemDelegate(delegate);
+    connect(delegate, &EventItemDelegate::valueRejected, this, [this](const QString &reason) {
+        m_messageBar->setMessageType(KMessageWidget::Warning);
+        m_messageBar->setText(reason);
+        m_messageBar->show();
+    });
+
+    connect(m_workingModel, &CheckableTreeModel::modelReset, this, &AdminEventsModule::expandSeView);
+    connect(m_workingModel, &CheckableTreeModel::dataChanged, this, &AdminEventsModule::dataChanged);
+    connect(m_workingModel, &CheckableTreeModel::notificationChanged, this, &AdminEventsModule::dataChanged);
+}
+
+void AdminEventsModule::expandSeView() const
+{
+    m_ui->singleEventsView->expandToDepth(0);
+}
+
+void AdminEventsModule::createToolButtons()
+{
+    const QString style = QStringLiteral("QPushButton { text-align: left; padding: 6px; }");
+    QPushButton *settings = m_ui->commonSettingsButton;
+    settings->setIcon(QIcon::fromTheme(QStringLiteral("gear")));
+    settings->setText(i18n("Settings"));
+    settings->setStyleSheet(style);
+    settings->setEnabled(false);
+    settings->setToolTip(i18n("Destinations and rotation are not configurable on this page yet."));
+    m_ui->sngStartStopButton->setStyleSheet(style);
+    switchSngStatus();
+}
+
+void AdminEventsModule::switchSngStatus()
+{
+    SngHandler &handler = SngHandler::Instance();
+    const bool running = handler.getStatus();
+    if (running == m_sngRunning && m_accessed) {
+        return;
+    }
+    m_sngRunning = running;
+    setSngAction(running);
+    m_ui->sngStatusLabel->setToolTip(handler.toolTip());
+}
+
+void AdminEventsModule::setSngAction(bool running) const
+{
+    QPushButton *button = m_ui->sngStartStopButton;
+    m_ui->sngStatusLabel->setText(running ? i18n("Logging service is running.") : i18n("Logging service stopped."));
+    button->setIcon(QIcon::fromTheme(running ? QStringLiteral("media-playback-stop")
+                                             : QStringLiteral("media-playback-start")));
+    button->setText(running ? i18n("Stop logging service") : i18n("Start logging service"));
+    disconnect(button, &QPushButton::clicked, this, nullptr);
+    connect(button, &QPushButton::clicked, this,
+            running ? &AdminEventsModule::stopSyslogNg : &AdminEventsModule::startSyslogNg);
+    button->setEnabled(true);
+}
+
+void AdminEventsModule::startSyslogNg()
+{
+    m_ui->sngStartStopButton->setEnabled(false);
+    m_loggingService->start();
+}
+
+void AdminEventsModule::stopSyslogNg()
+{
+    m_ui->sngStartStopButton->setEnabled(false);
+    m_loggingService->stop();
+}

@@ -1,0 +1,276 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "catalogmaker.h"
+
+#include <changemarker.h>
+#include <checkabletreemodel.h>
+#include <configaccessservice.h>
+#include <eventconfigstorage.h>
+#include <eventdisplay.h>
+#include <eventswriter.h>
+#include <eventtreeitem.h>
+#include <jsontext.h>
+#include <singleeventsparser.h>
+#include <systempaths.h>
+
+#include <QAbstractItemModelTester>
+#include <QFile>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+/// What the writer makes of a list: its elements, unless the shown text was edited.
+QJsonArray effectiveList(const EventTreeItem &item)
+{
+    bool ok = false;
+    const QJsonArray array = JsonText::parseArray(item.value(2).toString(), ok);
+    const QString shown = item.value(1).toString();
+    if (ok && JsonText::arrayText(array) == shown) {
+        return array;
+    }
+    return shown.isEmpty() ? QJsonArray() : QJsonArray::fromStringList(shown.split(QStringLiteral(", ")));
+}
+
+bool isRecord(const EventTreeItem &item)
+{
+    static const QRegularExpression pattern(QStringLiteral("^overlay\\d+$"));
+    return !item.overlay && !item.isSubject() && pattern.match(item.nativeName).hasMatch();
+}
+
+/// Everything that a tree means, one line a node.
+void describe(const EventTreeItem &item, const QString &indent, QStringList &lines)
+{
+    for (int row = 0; row < item.childCount(); ++row) {
+        const EventTreeItem &child = *item.eventChild(row);
+        if (isRecord(child)) {
+            continue;
+        }
+        const QString value = child.kind == EventTreeItem::List ? JsonText::compact(effectiveList(child))
+            : child.isObject()                                  ? QStringLiteral("{}")
+                                                                : child.value(1).toString();
+        const bool hasState = child.checkable || child.switchChild() || child.isAuditSwitch();
+        lines.append(QStringLiteral("%1%2 kind=%3 state=%4 value=%5")
+                         .arg(indent, child.nativeName)
+                         .arg(child.kind)
+                         .arg(hasState ? child.checkState : -1)
+                         .arg(value));
+        describe(child, indent + QLatin1Char(' '), lines);
+    }
+}
+
+QStringList meaningOf(const EventTreeItem &root)
+{
+    QStringList lines;
+    describe(root, {}, lines);
+    return lines;
+}
+
+void collectNodes(EventTreeItem *item, QVector<EventTreeItem *> &nodes)
+{
+    for (int row = 0; row < item->childCount(); ++row) {
+        nodes.append(item->eventChild(row));
+        collectNodes(item->eventChild(row), nodes);
+    }
+}
+
+QString firstDifference(const QStringList &expected, const QStringList &actual)
+{
+    for (int i = 0; i < qMax(expected.size(), actual.size()); ++i) {
+        if (expected.value(i) != actual.value(i)) {
+            return QStringLiteral("line %1: expected \"%2\", got \"%3\"").arg(i).arg(expected.value(i), actual.value(i));
+        }
+    }
+    return {};
+}
+}
+
+/// One administrator's machine: a root directory, and a page's two models over it.
+class Machine
+{
+public:
+    explicit Machine(quint32 seed)
+        : maker(seed)
+        , storage(QString())
+        , reference(storage)
+        , working(storage)
+    {
+        qputenv("ADMINEVENTS_ROOT", directory.path().toLocal8Bit());
+        QDir(directory.path()).mkpath(QStringLiteral("etc"));
+        maker.writeCatalog(directory.path());
+    }
+
+    [[nodiscard]] QString settingsPath() const { return SystemPaths::resolve(SystemPaths::eventSettingsFile()); }
+
+    void writeSettings(const QByteArray &content)
+    {
+        QFile file(settingsPath());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), qint64(content.size()));
+    }
+
+    void load()
+    {
+        const SingleEventsParser parser(maker.users(), maker.groups(), nullptr);
+        QVERIFY(parser.isConfigCorrect());
+        working.setRootItem(parser.parse());
+        reference.setRootItem(parser.parse());
+    }
+
+    QByteArray save()
+    {
+        ChangeMarker::markAll(*reference.rootItem(), *working.rootItem());
+        EventsWriter writer(service, SystemPaths::eventSettingsFile(), SystemPaths::auditRulesFile());
+        const QByteArray content = writer.settingsContent(working.rootItem());
+        writeSettings(content);
+        return content;
+    }
+
+    /// One thing that a user can do to one node.
+    void actOn(EventTreeItem *node)
+    {
+        const QModelIndex name = working.indexOf(node, 0);
+        const QModelIndex value = working.indexOf(node, 1);
+        switch (maker.below(4)) {
+        case 0:
+            if (node->checkable) {
+                working.setData(name, QVariant(), Qt::CheckStateRole);
+            } else if (value.data(Qt::CheckStateRole).isValid()) {
+                working.setData(value, QVariant(), Qt::CheckStateRole);
+            }
+            break;
+        case 1:
+            working.switchParameter(value);
+            break;
+        case 2:
+            if (value.flags() & Qt::ItemIsEditable) {
+                const bool isSwitchValue = node->nativeName == QLatin1String("enabled");
+                working.setData(value, isSwitchValue ? QString::number(maker.below(2)) : maker.hostileText(), Qt::EditRole);
+            }
+            break;
+        default:
+            if (node->kind == EventTreeItem::Event) {
+                working.setData(name, QVariant::fromValue(EventTreeItem::NotificationSwitchedOn), Qt::DecorationRole);
+            }
+        }
+    }
+
+    void editAtRandom(int edits)
+    {
+        QVector<EventTreeItem *> nodes;
+        collectNodes(working.rootItem(), nodes);
+        for (int i = 0; i < edits && !nodes.isEmpty(); ++i) {
+            actOn(nodes.at(maker.below(nodes.size())));
+        }
+    }
+
+    QTemporaryDir directory;
+    CatalogMaker maker;
+    EventConfigStorage storage;
+    ConfigAccessService service {nullptr};
+    CheckableTreeModel reference;
+    CheckableTreeModel working;
+};
+
+class RoundTripTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void settingsSurviveLoadEditSaveLoad_data();
+    void settingsSurviveLoadEditSaveLoad();
+    void checkingAndUncheckingChangesNothingElse_data() { settingsSurviveLoadEditSaveLoad_data(); }
+    void checkingAndUncheckingChangesNothingElse();
+    void savedTextAlwaysParses_data() { settingsSurviveLoadEditSaveLoad_data(); }
+    void savedTextAlwaysParses();
+};
+
+void RoundTripTest::settingsSurviveLoadEditSaveLoad_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= 400; ++seed) {
+        QTest::addRow("seed %u", seed) << seed;
+    }
+}
+
+void RoundTripTest::settingsSurviveLoadEditSaveLoad()
+{
+    QFETCH(quint32, seed);
+    Machine machine(seed);
+    machine.writeSettings(QJsonDocument(machine.maker.makeSettings()).toJson());
+    machine.load();
+    const QAbstractItemModelTester tester(&machine.working, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QVERIFY2(ChangeMarker::compareTrees(*machine.reference.rootItem(), *machine.working.rootItem()),
+             "a tree just loaded counts as changed");
+    machine.editAtRandom(machine.maker.below(12));
+
+    const QStringList edited = meaningOf(*machine.working.rootItem());
+    const QByteArray first = machine.save();
+    machine.load();
+    const QStringList loaded = meaningOf(*machine.working.rootItem());
+    QVERIFY2(edited == loaded, qPrintable(firstDifference(edited, loaded) + QLatin1Char('\n') + QString::fromUtf8(first)));
+
+    for (int again = 0; again < 3; ++again) {
+        const QByteArray next = machine.save();
+        QVERIFY2(next == first, qPrintable(firstDifference(QString::fromUtf8(first).split(QLatin1Char('\n')), QString::fromUtf8(next).split(QLatin1Char('\n')))));
+        machine.load();
+        QVERIFY(meaningOf(*machine.working.rootItem()) == loaded);
+    }
+}
+
+void RoundTripTest::checkingAndUncheckingChangesNothingElse()
+{
+    QFETCH(quint32, seed);
+    Machine machine(seed);
+    machine.writeSettings(QJsonDocument(machine.maker.makeSettings()).toJson());
+    machine.load();
+    const QStringList before = meaningOf(*machine.working.rootItem());
+    QVector<EventTreeItem *> nodes;
+    collectNodes(machine.working.rootItem(), nodes);
+    int toggled = 0;
+    for (const EventTreeItem *node : qAsConst(nodes)) {
+        const int column = node->checkable && node->kind == EventTreeItem::Event ? 0 : 1;
+        const QModelIndex index = machine.working.indexOf(node, column);
+        const bool linked = !node->dependencies.isEmpty() || !node->dependents.isEmpty();
+        if (!index.data(Qt::CheckStateRole).isValid() || linked || node->kind == EventTreeItem::Group) {
+            continue;
+        }
+        ++toggled;
+        machine.working.setData(index, QVariant(), Qt::CheckStateRole);
+        machine.working.setData(index, QVariant(), Qt::CheckStateRole);
+        const QStringList after = meaningOf(*machine.working.rootItem());
+        QVERIFY2(before == after, qPrintable(node->nativeName + QLatin1String(": ") + firstDifference(before, after)));
+    }
+    QVERIFY(ChangeMarker::compareTrees(*machine.reference.rootItem(), *machine.working.rootItem()));
+    if (toggled == 0) {
+        QSKIP("this catalog holds nothing to check");
+    }
+}
+
+void RoundTripTest::savedTextAlwaysParses()
+{
+    QFETCH(quint32, seed);
+    Machine machine(seed);
+    machine.writeSettings(QJsonDocument(machine.maker.makeSettings()).toJson());
+    machine.load();
+    // Everything flagged is the largest text that the writer can be asked for.
+    QVector<EventTreeItem *> nodes;
+    collectNodes(machine.working.rootItem(), nodes);
+    for (EventTreeItem *node : qAsConst(nodes)) {
+        node->overlay = !isRecord(*node);
+    }
+    EventsWriter writer(machine.service, SystemPaths::eventSettingsFile(), SystemPaths::auditRulesFile());
+    const QStringList fragments = writer.createConfig(machine.working.rootItem());
+    QJsonParseError error {};
+    const QJsonDocument document = QJsonDocument::fromJson(fragments.join(QLatin1Char('\n')).toUtf8(), &error);
+    QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
+    QVERIFY(document.isObject());
+    QCOMPARE(document.object().size(), fragments.size() - 2);
+}
+
+QTEST_MAIN(RoundTripTest)
+
+#include "roundtriptest.moc"
