@@ -22,7 +22,8 @@ public:
     AbstractWriter(const AbstractWriter &) = delete;
     AbstractWriter &operator=(const AbstractWriter &) = delete;
 
-    /// Writes createConfig() to configFile(); false when the service refused or failed (its error text says why).
+    /// Writes createConfig() to configFile(); false when the service refused or failed (its error text says
+    /// why).
     virtual bool writeConfig(TreeItem *root);
     /// The content without writing it.
     [[nodiscard]] virtual QStringList getConfig(TreeItem *root);

@@ -6,8 +6,7 @@
 #include "eventdisplay.h"
 #include "eventtreeitem.h"
 
-namespace
-{
+namespace {
 void mark(EventTreeItem *item)
 {
     if (item) {
@@ -106,7 +105,8 @@ bool compareChildren(const EventTreeItem &reference, EventTreeItem &working);
 bool isUntouched(const EventTreeItem &reference, const EventTreeItem &working)
 {
     return reference.rowData().constData() == working.rowData().constData()
-        && reference.checkState == working.checkState && reference.notificationState == working.notificationState
+        && reference.checkState == working.checkState
+        && reference.notificationState == working.notificationState
         && (reference.childCount() == 0 || reference.kind != EventTreeItem::Parameter);
 }
 
@@ -157,7 +157,7 @@ bool settle(const EventTreeItem *reference, EventTreeItem &working)
     }
     return hasContent;
 }
-}
+} // namespace
 
 bool ChangeMarker::compareTrees(const EventTreeItem &reference, EventTreeItem &working)
 {

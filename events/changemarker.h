@@ -10,8 +10,7 @@ class EventTreeItem;
  * gives the overlay flag to what changed, so that the settings writer takes it.
  * Both trees come from one load and have the same shape.
  */
-namespace ChangeMarker
-{
+namespace ChangeMarker {
 /**
  * Compares top-level rows in order and stops at the first one that differs,
  * so later groups are neither compared nor marked. That is enough to know
@@ -39,4 +38,4 @@ bool compareItems(const EventTreeItem &reference, EventTreeItem &working, int co
  *   mark of its own would be written as "switched off".
  */
 void markAll(const EventTreeItem &reference, EventTreeItem &working);
-}
+} // namespace ChangeMarker

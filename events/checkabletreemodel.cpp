@@ -14,8 +14,7 @@
 #include <QColor>
 #include <QPixmap>
 
-namespace
-{
+namespace {
 bool hasName(const EventTreeItem *node, QLatin1String name)
 {
     // An account that bears the name is not the member of that name.
@@ -29,12 +28,13 @@ void writeSwitch(EventTreeItem *node, bool on)
         node->setData(1, QString(text));
     }
 }
-}
+} // namespace
 
 CheckableTreeModel::CheckableTreeModel(const EventConfigStorage &storage, QObject *parent)
     : QAbstractItemModel(parent)
-    , m_rootItem(std::make_unique<EventTreeItem>(QVector<QVariant> {i18n("Name"), i18n("Value")}))
-    , m_composedIcon(createComposedIcon(QStringLiteral("zep-notifications"), QStringLiteral("dialog-information")))
+    , m_rootItem(std::make_unique<EventTreeItem>(QVector<QVariant>{i18n("Name"), i18n("Value")}))
+    , m_composedIcon(
+          createComposedIcon(QStringLiteral("zep-notifications"), QStringLiteral("dialog-information")))
     , m_storage(storage)
 {
 }
@@ -128,7 +128,8 @@ QVariant CheckableTreeModel::decoration(const EventTreeItem &item) const
     if (item.generatesLoad) {
         return QIcon::fromTheme(QStringLiteral("dialog-information"));
     }
-    return item.isNotificationOn() ? QVariant(QIcon::fromTheme(QStringLiteral("zep-notifications"))) : QVariant();
+    return item.isNotificationOn() ? QVariant(QIcon::fromTheme(QStringLiteral("zep-notifications")))
+                                   : QVariant();
 }
 
 QString CheckableTreeModel::toolTip(const EventTreeItem &item) const
@@ -237,7 +238,9 @@ bool CheckableTreeModel::toggle(const QModelIndex &index)
         }
     }
     checkEnabled(m_rootItem.get());
-    Q_EMIT dataChanged(index, this->index(0, 0, index));
+    // A range must lie under one parent for views and proxies to heed it; what else the
+    // click has changed, below and in other groups, whoever shows the tree repaints.
+    Q_EMIT dataChanged(index.siblingAtColumn(0), index.siblingAtColumn(1));
     return true;
 }
 
@@ -281,8 +284,10 @@ QModelIndex CheckableTreeModel::getAuditRules(const QModelIndex &index, const Ev
         return {};
     }
     // The event itself bears the flag as well as the list below it.
-    const QModelIndex event = node->kind == EventTreeItem::Event ? index.sibling(index.row(), 0) : findParentEvent(index);
-    return event.isValid() ? findChildByNativeName(event, QStringLiteral("message-audit-rules")) : QModelIndex();
+    const QModelIndex event
+        = node->kind == EventTreeItem::Event ? index.sibling(index.row(), 0) : findParentEvent(index);
+    return event.isValid() ? findChildByNativeName(event, QStringLiteral("message-audit-rules"))
+                           : QModelIndex();
 }
 
 QModelIndex CheckableTreeModel::findParentByNativeName(const QModelIndex &index, const QString &name) const

@@ -5,8 +5,7 @@
 
 #include "eventtreeitem.h"
 
-namespace
-{
+namespace {
 int stateOf(const QVariant &value)
 {
     const QString text = value.toString();
@@ -15,7 +14,7 @@ int stateOf(const QVariant &value)
     }
     return text == QLatin1String("0") ? Qt::Unchecked : Qt::PartiallyChecked;
 }
-}
+} // namespace
 
 void CheckStates::takeFromValue(EventTreeItem *node)
 {

@@ -6,8 +6,7 @@
 class EventTreeItem;
 
 /// Check states as they follow from values; a click works the other way round.
-namespace CheckStates
-{
+namespace CheckStates {
 /**
  * Gives a node that carries a switch (a child value "enabled", or a "succ" or
  * "fail" value) the check state of its value: "1" checked, "0" unchecked,
@@ -20,4 +19,4 @@ void valueChanged(EventTreeItem *node);
 void setDirChecked(EventTreeItem *group);
 /// setDirChecked() for every group of the tree.
 void refreshGroups(EventTreeItem *root);
-}
+} // namespace CheckStates

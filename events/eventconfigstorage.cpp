@@ -12,7 +12,8 @@
 EventConfigStorage::EventConfigStorage(const QString &directory)
 {
     // Unsorted: which of two files of one name wins is the file system's business.
-    const QFileInfoList folders = QDir(directory).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
+    const QFileInfoList folders
+        = QDir(directory).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QFileInfo &folder : folders) {
         const QFileInfoList files = QDir(folder.filePath()).entryInfoList(QDir::Files, QDir::Unsorted);
         for (const QFileInfo &info : files) {

@@ -8,8 +8,7 @@
 
 #include <KLocalizedString>
 
-namespace
-{
+namespace {
 using EventDisplay::SwitchText;
 
 SwitchText textOf(const QVariant &value)
@@ -27,7 +26,7 @@ bool hasCheckBox(const EventTreeItem &item, int column)
 {
     return column == 0 ? item.checkable : column == 1 && item.isAuditSwitch() && !item.switchChild();
 }
-}
+} // namespace
 
 EventDisplay::SwitchText EventDisplay::switchText(const EventTreeItem &item)
 {
@@ -74,12 +73,16 @@ bool EventDisplay::sameDisplay(const EventTreeItem &reference, const EventTreeIt
     if (before == SwitchText::NotASwitch) {
         const QVariant &old = reference.value(column);
         const QVariant &value = working.value(column);
-        if (old != value) {
+        // Values of different types would be converted, and every text counts as "true".
+        const bool same
+            = old.userType() == value.userType() ? old == value : old.toString() == value.toString();
+        if (!same) {
             return !old.isValid() && value.toString().isEmpty();
         }
     }
     const bool boxBefore = hasCheckBox(reference, column);
-    return boxBefore == hasCheckBox(working, column) && (!boxBefore || reference.checkState == working.checkState);
+    return boxBefore == hasCheckBox(working, column)
+        && (!boxBefore || reference.checkState == working.checkState);
 }
 
 bool EventDisplay::isSwitch(const EventTreeItem &item)
@@ -92,6 +95,10 @@ bool EventDisplay::isTextEditable(const EventTreeItem &item)
     // What is typed over an object, or over elements that a text cannot tell apart, could not be kept.
     if (!item.editable || isSwitch(item) || item.isObject() || item.childCount() > 0
         || item.kind < EventTreeItem::Parameter) {
+        return false;
+    }
+    // Rules follow from the list of watched files; typed over, the two would disagree.
+    if (item.nativeName == QLatin1String("message-audit-rules") && !item.isSubject()) {
         return false;
     }
     if (item.kind != EventTreeItem::List) {

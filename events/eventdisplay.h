@@ -8,8 +8,7 @@
 class EventTreeItem;
 
 /// What a node shows in a column, without any view or model.
-namespace EventDisplay
-{
+namespace EventDisplay {
 /// How a switch reads; NotASwitch for nodes that show their value as it is.
 enum class SwitchText { NotASwitch, On, Off, None };
 
@@ -25,4 +24,4 @@ enum class SwitchText { NotASwitch, On, Off, None };
 [[nodiscard]] bool isTextEditable(const EventTreeItem &item);
 /// True when column 1 shows a switch that a click turns.
 [[nodiscard]] bool isSwitch(const EventTreeItem &item);
-}
+} // namespace EventDisplay

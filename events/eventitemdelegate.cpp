@@ -13,8 +13,7 @@
 #include <QLineEdit>
 #include <QToolTip>
 
-namespace
-{
+namespace {
 constexpr char problemProperty[] = "valueProblem";
 
 QModelIndex sourceIndex(const QModelIndex &index)
@@ -46,7 +45,7 @@ bool isTurn(const QEvent &event, const QRect &cell)
     }
     return false;
 }
-}
+} // namespace
 
 EventItemDelegate::EventItemDelegate(const NodeDictionary &dictionary, QObject *parent)
     : QStyledItemDelegate(parent)
@@ -54,14 +53,16 @@ EventItemDelegate::EventItemDelegate(const NodeDictionary &dictionary, QObject *
 {
 }
 
-QWidget *EventItemDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
+QWidget *EventItemDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                                         const QModelIndex &index) const
 {
     auto *edit = new QLineEdit(parent);
     edit->setFrame(false);
     edit->setAutoFillBackground(true);
     const QPersistentModelIndex cell(index);
     connect(edit, &QLineEdit::textChanged, this, [this, edit, cell](const QString &text) {
-        const QString problem = cell.isValid() ? ValueCheck::problem(*itemOf(cell), text, m_dictionary) : QString();
+        const QString problem
+            = cell.isValid() ? ValueCheck::problem(*itemOf(cell), text, m_dictionary) : QString();
         edit->setProperty(problemProperty, problem);
         QPalette palette;
         if (!problem.isEmpty()) {
@@ -80,7 +81,8 @@ void EventItemDelegate::setEditorData(QWidget *editor, const QModelIndex &index)
     }
 }
 
-void EventItemDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
+void EventItemDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
+                                     const QModelIndex &index) const
 {
     const auto *edit = qobject_cast<QLineEdit *>(editor);
     // Opening an editor and leaving it changes nothing, whatever the value is.
@@ -110,8 +112,8 @@ bool EventItemDelegate::eventFilter(QObject *object, QEvent *event)
     return QStyledItemDelegate::eventFilter(object, event);
 }
 
-bool EventItemDelegate::editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
-                                    const QModelIndex &index)
+bool EventItemDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
+                                    const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     const EventTreeItem *item = itemOf(index);
     if (index.column() == 1 && item && EventDisplay::isSwitch(*item) && item->switchChild()) {
@@ -125,7 +127,8 @@ void EventItemDelegate::initStyleOption(QStyleOptionViewItem *option, const QMod
 {
     QStyledItemDelegate::initStyleOption(option, index);
     const EventTreeItem *item = itemOf(index);
-    if (index.column() == 0 && item && item->kind >= EventTreeItem::Parameter && !item->localizedName.isEmpty()) {
+    if (index.column() == 0 && item && item->kind >= EventTreeItem::Parameter
+        && !item->localizedName.isEmpty()) {
         option->text = item->localizedName;
     }
 }

@@ -12,9 +12,9 @@ class EventTreeItem;
  * Look-ups that tell members of an event's description from accounts and
  * from events of the same name.
  */
-namespace EventLookup
-{
-/// The first member of @p event in pre-order with that native name, at any depth; accounts and what lies below them are passed over.
+namespace EventLookup {
+/// The first member of @p event in pre-order with that native name, at any depth; accounts and what lies
+/// below them are passed over.
 [[nodiscard]] EventTreeItem *findParameter(const EventTreeItem &event, const QString &name);
 /// The event of that identifier, null when the tree has none.
 [[nodiscard]] EventTreeItem *findEvent(const EventTreeItem &root, const QString &id);
@@ -24,4 +24,4 @@ namespace EventLookup
 [[nodiscard]] bool hasCheckableChild(const EventTreeItem &item);
 /// The event that @p item is or lies in, null above the events.
 [[nodiscard]] EventTreeItem *enclosingEvent(EventTreeItem *item);
-}
+} // namespace EventLookup

@@ -9,13 +9,13 @@
 
 #include <algorithm>
 
-struct EventNodeFactory::Origin {
+struct EventNodeFactory::Origin
+{
     const OverlayMarks *marks = nullptr; // of the value's own object, when merged
     bool overlay = false; // the value, and all below it, came from the override
 };
 
-namespace
-{
+namespace {
 const OverlayMarks noMarks;
 
 QStringList sortedUnique(QStringList names)
@@ -58,9 +58,10 @@ bool isSubjectsNode(const EventTreeItem *node)
     return grandparent && grandparent->value(0).toString() == QLatin1String("message-audit-events")
         && !belowSubjects(node);
 }
-}
+} // namespace
 
-EventNodeFactory::EventNodeFactory(const NodeDictionary &dictionary, QStringList users, QStringList groups, bool russian)
+EventNodeFactory::EventNodeFactory(const NodeDictionary &dictionary, QStringList users, QStringList groups,
+                                   bool russian)
     : m_dictionary(dictionary)
     , m_users(sortedUnique(std::move(users)))
     , m_groups(sortedUnique(std::move(groups)))
@@ -89,8 +90,8 @@ EventTreeItem *EventNodeFactory::createEvent(const QString &id, const QJsonObjec
     return event;
 }
 
-EventTreeItem *EventNodeFactory::createNode(const QString &name, const QJsonValue &value, const Origin &origin,
-                                            EventTreeItem *parent) const
+EventTreeItem *EventNodeFactory::createNode(const QString &name, const QJsonValue &value,
+                                            const Origin &origin, EventTreeItem *parent) const
 {
     const QString text = shared(name);
     auto *node = new EventTreeItem({text, QVariant(), QVariant()}, parent);
@@ -127,7 +128,8 @@ EventTreeItem *EventNodeFactory::createNode(const QString &name, const QJsonValu
     return node;
 }
 
-void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const
+void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &object,
+                                     const Origin &origin) const
 {
     const OverlayMarks &marks = origin.marks ? *origin.marks : noMarks;
     node->reserve(object.size());
@@ -137,8 +139,8 @@ void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &obj
         const QJsonValue value = *it;
         const auto merged = marks.merged.constFind(key);
         const bool isRecord = marks.records.contains(key);
-        const Origin inner {merged == marks.merged.constEnd() ? nullptr : &*merged,
-                            !isRecord && (origin.overlay || marks.named.contains(key))};
+        const Origin inner{merged == marks.merged.constEnd() ? nullptr : &*merged,
+                           !isRecord && (origin.overlay || marks.named.contains(key))};
         const EventTreeItem *child = createNode(key, value, inner, node);
         if (isRecord) {
             continue; // bookkeeping, not part of the description
@@ -160,10 +162,11 @@ void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &obj
     node->setData(2, json);
 }
 
-void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const
+void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &object,
+                                      const Origin &origin) const
 {
-    static const QJsonObject switchedOff {{QStringLiteral("fail"), QStringLiteral("0")},
-                                          {QStringLiteral("succ"), QStringLiteral("0")}};
+    static const QJsonObject switchedOff{{QStringLiteral("fail"), QStringLiteral("0")},
+                                         {QStringLiteral("succ"), QStringLiteral("0")}};
     const OverlayMarks &marks = origin.marks ? *origin.marks : noMarks;
     if (!marks.records.isEmpty()) {
         // The records themselves are dropped from these objects.
@@ -185,16 +188,19 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
     auto account = accounts.begin();
     for (auto it = object.begin(); it != object.end(); ++it) {
         const QString key = it.key();
+        if (marks.records.contains(key)) {
+            continue; // an account of that name is still to come
+        }
         for (; account != accounts.end() && *account < key; ++account) {
             add(*account, switchedOff, {});
         }
         if (account != accounts.end() && *account == key) {
             ++account;
         }
-        if (!marks.records.contains(key)) {
-            const auto merged = marks.merged.constFind(key);
-            add(key, *it, {merged == marks.merged.constEnd() ? nullptr : &*merged, origin.overlay || marks.named.contains(key)});
-        }
+        const auto merged = marks.merged.constFind(key);
+        add(key, *it,
+            {merged == marks.merged.constEnd() ? nullptr : &*merged,
+             origin.overlay || marks.named.contains(key)});
     }
     for (; account != accounts.end(); ++account) {
         add(*account, switchedOff, {});

@@ -33,15 +33,16 @@ public:
      * @param marks what in @p description came from the override
      * @param parent the node to append to, may be null
      */
-    [[nodiscard]] EventTreeItem *createEvent(const QString &id, const QJsonObject &description, const OverlayMarks &marks,
-                                             EventTreeItem *parent) const;
+    [[nodiscard]] EventTreeItem *createEvent(const QString &id, const QJsonObject &description,
+                                             const OverlayMarks &marks, EventTreeItem *parent) const;
     /// Applies the dictionary to one parameter, list or users/groups node.
     void checkDictionary(EventTreeItem *node) const;
 
 private:
     struct Origin; // what is known of where a value came from
 
-    EventTreeItem *createNode(const QString &name, const QJsonValue &value, const Origin &origin, EventTreeItem *parent) const;
+    EventTreeItem *createNode(const QString &name, const QJsonValue &value, const Origin &origin,
+                              EventTreeItem *parent) const;
     void createMembers(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
     void createSubjects(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
     [[nodiscard]] QString shared(const QString &text) const;

@@ -11,8 +11,7 @@
 
 #include <QJsonDocument>
 
-namespace
-{
+namespace {
 const QLatin1String separator(", ");
 
 void appendName(QString &text, const EventTreeItem &item)
@@ -92,7 +91,7 @@ void appendLeaf(QString &text, const EventTreeItem &item)
         text += separator;
     }
 }
-}
+} // namespace
 
 EventsWriter::EventsWriter(ConfigAccessService &configAccessService, const QString &settingsPath,
                            const QString &auditRulesPath)

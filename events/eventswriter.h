@@ -18,7 +18,8 @@ class EventTreeItem;
 class EventsWriter : public AbstractWriter
 {
 public:
-    EventsWriter(ConfigAccessService &configAccessService, const QString &settingsPath, const QString &auditRulesPath);
+    EventsWriter(ConfigAccessService &configAccessService, const QString &settingsPath,
+                 const QString &auditRulesPath);
 
     /// Members of the present settings file that no event of the tree stands for; they are written along.
     void setPreserved(const QJsonObject &members) { m_preserved = members; }

@@ -7,8 +7,8 @@
 
 class EventTreeItem;
 
-/// Copies whole event trees. The copy has nodes and links of its own; equal texts share their storage until one is written.
-namespace EventTreeClone
-{
+/// Copies whole event trees. The copy has nodes and links of its own; equal texts share their storage until
+/// one is written.
+namespace EventTreeClone {
 [[nodiscard]] std::unique_ptr<EventTreeItem> clone(const EventTreeItem &root);
 }

@@ -37,7 +37,10 @@ public:
     explicit EventTreeItem(const QVector<QVariant> &itemData, EventTreeItem *parent = nullptr);
 
     [[nodiscard]] EventTreeItem *parentItem() const;
-    [[nodiscard]] EventTreeItem *eventChild(int row) const { return static_cast<EventTreeItem *>(child(row)); }
+    [[nodiscard]] EventTreeItem *eventChild(int row) const
+    {
+        return static_cast<EventTreeItem *>(child(row));
+    }
     void reserve(int childCount) { reserveChildren(childCount); }
 
     /// The first descendant in pre-order with that native name.

@@ -6,12 +6,11 @@
 #include <QString>
 
 /// Case-insensitive comparison in which the Cyrillic letter io counts as ie.
-namespace FuzzyMatch
-{
+namespace FuzzyMatch {
 /// The code unit that stands for @p c in comparisons.
 [[nodiscard]] char16_t folded(char16_t c);
 /// Folds every code unit of @p text.
 [[nodiscard]] QString folded(const QString &text);
 /// True when @p query occurs in @p text; an empty query occurs in every text.
 [[nodiscard]] bool contains(const QString &text, const QString &query);
-}
+} // namespace FuzzyMatch

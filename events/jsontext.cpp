@@ -6,8 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace
-{
+namespace {
 void appendEscaped(QString &target, const QString &text, bool shield)
 {
     target += QLatin1Char('"');
@@ -23,7 +22,7 @@ void appendEscaped(QString &target, const QString &text, bool shield)
     }
     target += QLatin1Char('"');
 }
-}
+} // namespace
 
 void JsonText::appendQuoted(QString &target, const QString &text)
 {
@@ -38,7 +37,7 @@ void JsonText::appendShielded(QString &target, const QString &text)
 QString JsonText::compact(const QJsonValue &value)
 {
     // The serialiser takes whole documents only: wrap the value and take the brackets off again.
-    const QByteArray json = QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact);
+    const QByteArray json = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(json.constData() + 1, json.size() - 2);
 }
 

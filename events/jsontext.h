@@ -9,11 +9,11 @@
 #include <QStringList>
 
 /// JSON text as the event tree keeps it in column 2 and the settings writer puts it together.
-namespace JsonText
-{
+namespace JsonText {
 /// Appends @p text between double quotes, escaped.
 void appendQuoted(QString &target, const QString &text);
-/// As appendQuoted(), with closing braces escaped as well, so that no tidying of the surrounding text finds one in a value.
+/// As appendQuoted(), with closing braces escaped as well, so that no tidying of the surrounding text finds
+/// one in a value.
 void appendShielded(QString &target, const QString &text);
 /// Compact JSON text of any value.
 [[nodiscard]] QString compact(const QJsonValue &value);
@@ -26,4 +26,4 @@ void appendShielded(QString &target, const QString &text);
  * that a typed text can replace it: strings only, none with a ", " inside.
  */
 [[nodiscard]] bool isPlainList(const QJsonArray &array);
-}
+} // namespace JsonText

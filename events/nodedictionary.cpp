@@ -7,13 +7,12 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace
-{
+namespace {
 bool isTrue(const QJsonObject &entry, QLatin1String key)
 {
     return entry.value(key).toString() == QLatin1String("true");
 }
-}
+} // namespace
 
 NodeDictionary NodeDictionary::fromFile(const QString &path)
 {

@@ -16,7 +16,8 @@
 class NodeDictionary
 {
 public:
-    struct Entry {
+    struct Entry
+    {
         bool visible = true;
         bool editable = false;
         bool childrenEditable = false;

@@ -3,8 +3,7 @@
 
 #include "overridemerge.h"
 
-namespace
-{
+namespace {
 /// Adds the records of one merge, numbered from 0 in the order of the members.
 class RecordWriter
 {
@@ -34,14 +33,15 @@ private:
     OverlayMarks &m_marks;
     int m_counter = 0;
 };
-}
+} // namespace
 
 QJsonObject mergeNodes(QJsonObject base, const QJsonObject &override, OverlayMarks &marks)
 {
     const QString enabled = QStringLiteral("enabled");
     RecordWriter records(base, override, marks);
     // Saved settings of an event that do not say otherwise switch it on.
-    if (!override.contains(enabled) && base.contains(enabled) && base.contains(QLatin1String("message-params"))) {
+    if (!override.contains(enabled) && base.contains(enabled)
+        && base.contains(QLatin1String("message-params"))) {
         base.insert(enabled, QStringLiteral("1"));
         records.record(enabled);
     }

@@ -13,7 +13,8 @@
  * records "overlay0", "overlay1", ... as members, but an account or a
  * parameter may bear such a name, so nothing is decided by the name.
  */
-struct OverlayMarks {
+struct OverlayMarks
+{
     QSet<QString> named; ///< members that were replaced or inserted, whole
     QSet<QString> records; ///< names of the record members themselves
     QHash<QString, OverlayMarks> merged; ///< members whose objects were merged

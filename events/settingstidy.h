@@ -6,11 +6,10 @@
 #include <QString>
 
 /// Repairs the separators that the settings writer leaves before closing brackets.
-namespace SettingsTidy
-{
+namespace SettingsTidy {
 /**
  * @param text the text of one event; closing braces inside of values are escaped
  * @param hasAuditEvents the event has per-subject settings, which nest one level deeper
  */
 void tidy(QString &text, bool hasAuditEvents);
-}
+} // namespace SettingsTidy

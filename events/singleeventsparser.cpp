@@ -19,8 +19,7 @@
 
 #include <QJsonDocument>
 
-namespace
-{
+namespace {
 const QLatin1String customEvents("custom-events");
 
 QJsonObject objectFrom(const QString &json)
@@ -28,16 +27,24 @@ QJsonObject objectFrom(const QString &json)
     return QJsonDocument::fromJson(json.toUtf8()).object();
 }
 
+EventTreeItem *appendMember(EventTreeItem *parent, const QString &name)
+{
+    auto *member = new EventTreeItem({name, QVariant(), QVariant()}, parent);
+    member->nativeName = name;
+    parent->appendChild(member);
+    return member;
+}
+
 /// The watched path: every rule ends in it, because it is the rule's key as well.
 QString getFileFromRule(const QString &rule)
 {
     return rule.split(QLatin1Char(' ')).constLast().trimmed();
 }
-}
+} // namespace
 
 SingleEventsParser::SingleEventsParser(QObject *parent)
     : QObject(parent)
-    , m_russian(LocaleKeeper::Instance().language() == QLatin1String("Russian"))
+    , m_russian(LocaleKeeper::Instance()->language() == QLatin1String("Russian"))
 {
     getNodesDescription();
     initDefaultUsersAndGroups();
@@ -48,7 +55,7 @@ SingleEventsParser::SingleEventsParser(const QStringList &users, const QStringLi
     : QObject(parent)
     , m_users(users)
     , m_groups(groups)
-    , m_russian(LocaleKeeper::Instance().language() == QLatin1String("Russian"))
+    , m_russian(LocaleKeeper::Instance()->language() == QLatin1String("Russian"))
 {
     getNodesDescription();
     m_factory = std::make_unique<EventNodeFactory>(m_dictionary, m_users, m_groups, m_russian);
@@ -120,7 +127,8 @@ void SingleEventsParser::createGroups(EventTreeItem *root) const
 EventTreeItem *SingleEventsParser::createGroupNode(const QString &id, EventTreeItem *root) const
 {
     const QString json = id == customEvents
-        ? QStringLiteral(R"({ "group-params": { "name_en": "Custom events", "name_ru": "Кастомные события" } })")
+        ? QStringLiteral(
+            R"({ "group-params": { "name_en": "Custom events", "name_ru": "Кастомные события" } })")
         : m_reader.getGroupJson(id);
     const QJsonObject params = objectFrom(json).value(QLatin1String("group-params")).toObject();
     const QString name = params.value(QLatin1String(m_russian ? "name_ru" : "name_en")).toString();
@@ -144,7 +152,8 @@ EventTreeItem *SingleEventsParser::groupOf(const QJsonObject &description, Event
     return group ? group : createGroupNode(id, root);
 }
 
-EventTreeItem *SingleEventsParser::createEventItem(const QString &id, EventItemType type, EventTreeItem *root) const
+EventTreeItem *SingleEventsParser::createEventItem(const QString &id, EventItemType type,
+                                                   EventTreeItem *root) const
 {
     QJsonObject description = objectFrom(m_reader.getEventJson(id));
     if (description.isEmpty()) {
@@ -216,25 +225,30 @@ void SingleEventsParser::checkDepends(EventTreeItem *root) const
     }
 }
 
+/// The event's "filter-values", made when missing; the event itself when they are no object that could take a
+/// member.
+EventTreeItem *SingleEventsParser::filtersOf(EventTreeItem *event) const
+{
+    const QLatin1String name("filter-values");
+    EventTreeItem *filters = event->member(name);
+    if (!filters) {
+        filters = appendMember(event, name);
+        filters->kind = EventTreeItem::Parameter;
+        filters->setData(2, QStringLiteral("{}"));
+        m_factory->checkDictionary(filters);
+    }
+    return filters->isObject() ? filters : event;
+}
+
 void SingleEventsParser::makeFiltersFromRules(EventTreeItem *event) const
 {
     const EventTreeItem *rules = event->member(QLatin1String("message-audit-rules"));
     const QString listName = QStringLiteral(".auditd.key");
     EventTreeItem *list = EventLookup::findParameter(*event, listName);
     if (!list) {
-        EventTreeItem *filters = event->member(QLatin1String("filter-values"));
-        if (!filters || (filters->kind != EventTreeItem::Parameter)) {
-            filters = new EventTreeItem({QStringLiteral("filter-values"), QVariant(), QStringLiteral("{}")}, event);
-            filters->nativeName = QStringLiteral("filter-values");
-            filters->kind = EventTreeItem::Parameter;
-            m_factory->checkDictionary(filters);
-            event->appendChild(filters);
-        }
-        list = new EventTreeItem({listName, QVariant(), QVariant()}, filters);
-        list->nativeName = listName;
+        list = appendMember(filtersOf(event), listName);
         list->kind = EventTreeItem::List;
         m_factory->checkDictionary(list);
-        filters->appendChild(list);
     }
     list->setHasAuditRules(true);
     if (list->overlay) {

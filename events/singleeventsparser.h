@@ -72,6 +72,7 @@ private:
     void makeParametersUncheckable(EventTreeItem *item) const;
     void makeDependsMap(const EventTreeItem *item) const;
     void checkDepends(EventTreeItem *root) const;
+    [[nodiscard]] EventTreeItem *filtersOf(EventTreeItem *event) const;
     void makeFiltersFromRules(EventTreeItem *event) const;
     void hideAuxItems(EventTreeItem *item) const;
     void setItemOptions(EventTreeItem *item) const;

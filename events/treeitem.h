@@ -40,11 +40,13 @@ public:
     void setData(const QVector<QVariant> &itemData);
     /// All columns; the copy shares its storage with the node until one of them is written.
     [[nodiscard]] const QVector<QVariant> &rowData() const { return m_itemData; }
-    /// The position among the parent's children, 0 without parent, -1 when the parent does not list this node.
+    /// The position among the parent's children, 0 without parent, -1 when the parent does not list this
+    /// node.
     [[nodiscard]] int row() const;
     [[nodiscard]] TreeItem *parentItem() const { return m_parentItem; }
 
-    /// Takes ownership of @p child and adds it at the end, or as row 0 when @p prepend is set. Its parent pointer stays.
+    /// Takes ownership of @p child and adds it at the end, or as row 0 when @p prepend is set. Its parent
+    /// pointer stays.
     void appendChild(TreeItem *child, bool prepend = false);
     /**
      * Destroys the child at @p row. False for a negative row or one greater

@@ -10,24 +10,25 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 bool isDecimal(const QString &text)
 {
-    return !text.isEmpty()
-        && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
+        return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+    });
 }
 
 bool cannotBeSaved(QChar c)
 {
-    return c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+    return c.category() == QChar::Other_Control || c == QChar::LineSeparator
+        || c == QChar::ParagraphSeparator;
 }
 
 bool hasLoneSurrogate(const QString &text)
 {
     return QString::fromUtf8(text.toUtf8()) != text;
 }
-}
+} // namespace
 
 QString ValueCheck::problem(const EventTreeItem &item, const QString &text, const NodeDictionary &dictionary)
 {
@@ -51,7 +52,8 @@ QString ValueCheck::problem(const EventTreeItem &item, const QString &text, cons
         return {};
     }
     // Without a declared type the present value tells: a number stays a number.
-    if ((isNumber || (item.kind == EventTreeItem::Parameter && isDecimal(item.value(1).toString()))) && !isDecimal(text)) {
+    if ((isNumber || (item.kind == EventTreeItem::Parameter && isDecimal(item.value(1).toString())))
+        && !isDecimal(text)) {
         return i18n("“%1” must be a whole number.", name);
     }
     return {};

@@ -27,8 +27,7 @@
 #include <QMessageBox>
 #include <QScopedValueRollback>
 
-namespace
-{
+namespace {
 /// The members that stand for no event of the tree, or hold nothing that an event could take.
 QJsonObject membersWithoutEvent(const QJsonObject &settings, const EventTreeItem &root)
 {
@@ -46,7 +45,7 @@ SettingsFile presentSettings()
 {
     return readSettingsFile(SystemPaths::resolve(SystemPaths::eventSettingsFile()));
 }
-}
+} // namespace
 
 void AdminEventsModule::access()
 {
@@ -83,8 +82,9 @@ void AdminEventsModule::load_p()
     if (!parser.isConfigCorrect()) {
         QMessageBox::critical(
             this, i18n("Event configuration is incorrect."),
-            i18n("Check if there are no duplicate event_id in event configuration(even in different groups).\n"
-                 "The application cannot continue and will be terminated."),
+            i18n(
+                "Check if there are no duplicate event_id in event configuration(even in different groups).\n"
+                "The application cannot continue and will be terminated."),
             QMessageBox::Ok);
         QCoreApplication::exit(-1);
         return;
@@ -107,7 +107,8 @@ void AdminEventsModule::checkEventSettingsDirectory()
 {
     const QString path = SystemPaths::resolve(SystemPaths::eventSettingsDirectory());
     const QDir directory(path);
-    constexpr QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    constexpr QDir::Filters everything
+        = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
     if (directory.exists() && !directory.isEmpty(everything)) {
         return;
     }
@@ -121,11 +122,13 @@ void AdminEventsModule::checkEventSettingsDirectory()
 
 void AdminEventsModule::showSettingsFileState(const SettingsFile &settings)
 {
-    const bool damaged = settings.state == SettingsFile::Malformed || settings.state == SettingsFile::Unreadable;
+    const bool damaged
+        = settings.state == SettingsFile::Malformed || settings.state == SettingsFile::Unreadable;
     if (damaged) {
         m_messageBar->setMessageType(KMessageWidget::Warning);
-        m_messageBar->setText(i18n("The saved event settings could not be read, so the page shows the defaults. %1",
-                                   settings.reason));
+        m_messageBar->setText(
+            i18n("The saved event settings could not be read, so the page shows the defaults. %1",
+                 settings.reason));
         m_messageBar->show();
     } else {
         m_messageBar->hide();
@@ -154,8 +157,9 @@ bool AdminEventsModule::writeEventSettings()
     }
     EventTreeItem *root = m_workingModel->rootItem();
     ChangeMarker::markAll(*m_referenceModel->rootItem(), *root);
-    EventsWriter writer(*m_configAccessService, SystemPaths::eventSettingsFile(), SystemPaths::auditRulesFile());
-    writer.setPreserved(membersWithoutEvent(present.settings, *root));
+    EventsWriter writer(*m_configAccessService, SystemPaths::eventSettingsFile(),
+                        SystemPaths::auditRulesFile());
+    writer.setPreserved(membersWithoutEvent(present.object, *root));
     if (!writer.isWritable(root)) {
         showError(i18n("The event settings are nested too deeply to be saved in %1. Nothing was saved.",
                        SystemPaths::eventSettingsFile()));
@@ -177,13 +181,15 @@ bool AdminEventsModule::mayReplace(const SettingsFile &present)
 {
     const QString path = SystemPaths::eventSettingsFile();
     if (present.state == SettingsFile::Unreadable) {
-        showError(i18n("%1\nNothing was saved, because the settings in this file would be lost.", present.reason));
+        showError(
+            i18n("%1\nNothing was saved, because the settings in this file would be lost.", present.reason));
         return false;
     }
     QString question;
     if (present.state == SettingsFile::Malformed) {
-        question = i18n("%1\nSaving replaces the file, and what it holds now is lost to this page. Replace it?",
-                        present.reason);
+        question
+            = i18n("%1\nSaving replaces the file, and what it holds now is lost to this page. Replace it?",
+                   present.reason);
     } else if (present.contentHash != m_loadedSettings) {
         question = i18n("The file %1 was changed by another program after this page was loaded. "
                         "Replace it with the settings of this page?",
@@ -191,8 +197,8 @@ bool AdminEventsModule::mayReplace(const SettingsFile &present)
     } else {
         return true;
     }
-    return QMessageBox::question(this, i18n("Replace event settings"), question, QMessageBox::Yes | QMessageBox::No,
-                                 QMessageBox::No)
+    return QMessageBox::question(this, i18n("Replace event settings"), question,
+                                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
         == QMessageBox::Yes;
 }
 
@@ -263,8 +269,8 @@ void AdminEventsModule::notificationSettingsFromViewer(const QString &second, co
     const QHash<QString, EventTreeItem *> events = EventLookup::eventsById(*root);
     for (const EventTreeItem *event : events) {
         const EventTreeItem *messageId = EventLookup::findParameter(*event, QStringLiteral("message_id"));
-        const QStringList names {event->nativeName, event->localizedName,
-                                 messageId ? messageId->value(1).toString() : QString()};
+        const QStringList names{event->nativeName, event->localizedName,
+                                messageId ? messageId->value(1).toString() : QString()};
         if (names.contains(first) || names.contains(second)) {
             const QModelIndex index = m_proxy->mapFromSource(m_workingModel->indexOf(event));
             m_ui->singleEventsView->setCurrentIndex(index);

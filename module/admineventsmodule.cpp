@@ -8,6 +8,7 @@
 #include <configaccessservice.h>
 #include <eventconfigstorage.h>
 #include <loggingservice.h>
+#include <statewidget.h>
 #include <systempaths.h>
 
 #include <KAuth/Action>
@@ -15,8 +16,7 @@
 
 #include <QMessageBox>
 
-namespace
-{
+namespace {
 const QString componentName = QStringLiteral("nivra_kcm_admin_events");
 }
 
@@ -37,10 +37,11 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     stateWidget()->setResetButtonVisible(true);
 
     connect(m_loggingService, &LoggingService::stateChanged, this, &AdminEventsModule::switchSngStatus);
-    connect(m_loggingService, &AccessService::error, this, [this](const KAuth::Action *action, const QString &text) {
-        QMessageBox::critical(this, action->name(), text, QMessageBox::Ok);
-        m_ui->sngStartStopButton->setEnabled(true);
-    });
+    connect(m_loggingService, &AccessService::error, this,
+            [this](const KAuth::Action *action, const QString &text) {
+                QMessageBox::critical(this, action->name(), text, QMessageBox::Ok);
+                m_ui->sngStartStopButton->setEnabled(true);
+            });
 
     constexpr int ownArguments = 2;
     if (args.size() > ownArguments) {

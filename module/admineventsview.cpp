@@ -74,20 +74,21 @@ void AdminEventsModule::createToolButtons()
 
 void AdminEventsModule::switchSngStatus()
 {
-    SngHandler &handler = SngHandler::Instance();
-    const bool running = handler.getStatus();
+    SngHandler *handler = SngHandler::Instance();
+    const bool running = handler->getStatus();
     if (running == m_sngRunning && m_accessed) {
         return;
     }
     m_sngRunning = running;
     setSngAction(running);
-    m_ui->sngStatusLabel->setToolTip(handler.toolTip());
+    m_ui->sngStatusLabel->setToolTip(handler->toolTip());
 }
 
 void AdminEventsModule::setSngAction(bool running) const
 {
     QPushButton *button = m_ui->sngStartStopButton;
-    m_ui->sngStatusLabel->setText(running ? i18n("Logging service is running.") : i18n("Logging service stopped."));
+    m_ui->sngStatusLabel->setText(running ? i18n("Logging service is running.")
+                                          : i18n("Logging service stopped."));
     button->setIcon(QIcon::fromTheme(running ? QStringLiteral("media-playback-stop")
                                              : QStringLiteral("media-playback-start")));
     button->setText(running ? i18n("Stop logging service") : i18n("Start logging service"));

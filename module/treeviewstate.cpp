@@ -8,14 +8,13 @@
 #include <QScrollBar>
 #include <QTreeView>
 
-namespace
-{
+namespace {
 QString pathOf(const QString &parentPath, const QModelIndex &index)
 {
     // No identifier holds a line break.
     return parentPath + QLatin1Char('\n') + index.data(CheckableTreeModel::NativeNameRole).toString();
 }
-}
+} // namespace
 
 TreeViewState::TreeViewState(QTreeView *view)
     : m_view(view)

@@ -8,22 +8,24 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-namespace
-{
-const QStringList awkwardNames {
-    QStringLiteral("users"),    QStringLiteral("groups"),  QStringLiteral("other"),  QStringLiteral("enabled"),
-    QStringLiteral("succ"),     QStringLiteral("fail"),    QStringLiteral("root"),   QStringLiteral("overlay-svc"),
-    QStringLiteral("overlay0"), QStringLiteral("mount"),   QStringLiteral("взлом"),  QStringLiteral("a \"b\""),
-    QStringLiteral("back\\sl"), QStringLiteral("interval"), QStringLiteral("message_id"), QStringLiteral("x},  }")};
+namespace {
+const QStringList awkwardNames{
+    QStringLiteral("users"),    QStringLiteral("groups"),      QStringLiteral("other"),
+    QStringLiteral("enabled"),  QStringLiteral("succ"),        QStringLiteral("fail"),
+    QStringLiteral("root"),     QStringLiteral("overlay-svc"), QStringLiteral("overlay0"),
+    QStringLiteral("mount"),    QStringLiteral("взлом"),       QStringLiteral("a \"b\""),
+    QStringLiteral("back\\sl"), QStringLiteral("interval"),    QStringLiteral("message_id"),
+    QStringLiteral("x},  }")};
 
-const QStringList parameterNames {QStringLiteral("path"),     QStringLiteral("limit"),  QStringLiteral("tty"),
-                                  QStringLiteral("Ёж"),       QStringLiteral("open"),   QStringLiteral("a, b"),
-                                  QStringLiteral("\"quoted\""), QStringLiteral("brace }"), QStringLiteral("time"),
-                                  QStringLiteral("succ"),     QStringLiteral("users"),  QStringLiteral("groups"),
-                                  QStringLiteral("enabled"),  QStringLiteral("")};
+const QStringList parameterNames{
+    QStringLiteral("path"),       QStringLiteral("limit"),   QStringLiteral("tty"),
+    QStringLiteral("Ёж"),         QStringLiteral("open"),    QStringLiteral("a, b"),
+    QStringLiteral("\"quoted\""), QStringLiteral("brace }"), QStringLiteral("time"),
+    QStringLiteral("succ"),       QStringLiteral("users"),   QStringLiteral("groups"),
+    QStringLiteral("enabled"),    QStringLiteral("")};
 
-const QStringList auditIdentifiers {QStringLiteral("open"), QStringLiteral("mount"), QStringLiteral("exec"),
-                                    QStringLiteral("net")};
+const QStringList auditIdentifiers{QStringLiteral("open"), QStringLiteral("mount"), QStringLiteral("exec"),
+                                   QStringLiteral("net")};
 
 void writeJson(const QString &path, const QJsonObject &object)
 {
@@ -32,7 +34,7 @@ void writeJson(const QString &path, const QJsonObject &object)
         qFatal("cannot write %s", qPrintable(path));
     }
 }
-}
+} // namespace
 
 CatalogMaker::CatalogMaker(quint32 seed)
     : m_random(seed)
@@ -56,22 +58,24 @@ QString CatalogMaker::pick(const QStringList &choices)
 
 QStringList CatalogMaker::users() const
 {
-    return awkwardNames.mid(0, 9) + QStringList {QStringLiteral("alice"), QStringLiteral("bob")};
+    return awkwardNames.mid(0, 9) + QStringList{QStringLiteral("alice"), QStringLiteral("bob")};
 }
 
 QStringList CatalogMaker::groups() const
 {
-    return QStringList {QStringLiteral("sudo"), QStringLiteral("users"), QStringLiteral("adm")} + awkwardNames.mid(3, 4);
+    return QStringList{QStringLiteral("sudo"), QStringLiteral("users"), QStringLiteral("adm")}
+    + awkwardNames.mid(3, 4);
 }
 
 QString CatalogMaker::hostileText()
 {
-    static const QStringList pieces {
-        QStringLiteral("a:  }"), QStringLiteral("},  }"), QStringLiteral("],  }"), QStringLiteral("\",  }"),
-        QStringLiteral("\""),    QStringLiteral("\\"),    QStringLiteral(", "),    QStringLiteral("Ёлка"),
-        QStringLiteral(" "),     QStringLiteral("{"),     QStringLiteral("\\u007d"), QStringLiteral("0"),
-        QStringLiteral("1"),     QStringLiteral("yes"),   QStringLiteral("%1"),    QStringLiteral("\U0001F512"),
-        QStringLiteral(":"),     QStringLiteral("overlay0")};
+    static const QStringList pieces{
+        QStringLiteral("a:  }"),      QStringLiteral("},  }"),   QStringLiteral("],  }"),
+        QStringLiteral("\",  }"),     QStringLiteral("\""),      QStringLiteral("\\"),
+        QStringLiteral(", "),         QStringLiteral("Ёлка"),    QStringLiteral(" "),
+        QStringLiteral("{"),          QStringLiteral("\\u007d"), QStringLiteral("0"),
+        QStringLiteral("1"),          QStringLiteral("yes"),     QStringLiteral("%1"),
+        QStringLiteral("\U0001F512"), QStringLiteral(":"),       QStringLiteral("overlay0")};
     QString text;
     for (int i = below(4); i >= 0; --i) {
         text += pick(pieces);
@@ -81,8 +85,8 @@ QString CatalogMaker::hostileText()
 
 QString CatalogMaker::switchValue()
 {
-    static const QStringList values {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("0"), QStringLiteral("1"),
-                                     QStringLiteral("yes"), QStringLiteral("")};
+    static const QStringList values{QStringLiteral("0"), QStringLiteral("1"),   QStringLiteral("0"),
+                                    QStringLiteral("1"), QStringLiteral("yes"), QStringLiteral("")};
     return pick(values);
 }
 
@@ -131,7 +135,8 @@ QJsonArray CatalogMaker::makeArray(int depth)
     QJsonArray array;
     for (int i = below(4); i > 0; --i) {
         if (chance(25)) {
-            array.append(QJsonObject {{QStringLiteral("path"), hostileText()}, {QStringLiteral("limit_bytes"), QStringLiteral("5")}});
+            array.append(QJsonObject{{QStringLiteral("path"), hostileText()},
+                                     {QStringLiteral("limit_bytes"), QStringLiteral("5")}});
         } else {
             array.append(chance(15) && depth > 0 ? anyValue(depth - 1) : QJsonValue(hostileText()));
         }
@@ -162,7 +167,7 @@ QJsonObject CatalogMaker::makeExtended()
 {
     QJsonObject extended;
     for (int i = below(4); i > 0; --i) {
-        QJsonObject parameter {{QStringLiteral("enabled"), switchValue()}};
+        QJsonObject parameter{{QStringLiteral("enabled"), switchValue()}};
         for (int j = below(3); j > 0; --j) {
             parameter.insert(pick(parameterNames), anyValue(1));
         }
@@ -173,31 +178,33 @@ QJsonObject CatalogMaker::makeExtended()
 
 QJsonObject CatalogMaker::makeEvent(const QString &id, const QString &group)
 {
-    QJsonObject event {{QStringLiteral("event-group"), group}};
+    QJsonObject event{{QStringLiteral("event-group"), group}};
     const auto add = [&](int percent, const char *name, const auto &make) {
         if (chance(percent)) {
-            event.insert(QLatin1String(name), make());
+            event.insert(QLatin1String(name), QJsonValue(make()));
         }
     };
     add(85, "enabled", [&] { return switchValue(); });
     add(80, "message-params", [&] {
-        return QJsonObject {{QStringLiteral("message_id"), QString(id)},
-                            {QStringLiteral("name_en"), chance(80) ? QString(id) : QStringLiteral("Same name")},
-                            {QStringLiteral("name_ru"), QStringLiteral("Событие %1").arg(id)}};
+        return QJsonObject{
+            {QStringLiteral("message_id"), QString(id)},
+            {QStringLiteral("name_en"), chance(80) ? QString(id) : QStringLiteral("Same name")},
+            {QStringLiteral("name_ru"), QStringLiteral("Событие %1").arg(id)}};
     });
     add(50, "message-audit-events", [&] { return makeAuditEvents(false); });
     add(50, "extend-message-params", [&] { return makeExtended(); });
     add(40, "notification_repetition", [&] {
-        return QJsonObject {{QStringLiteral("enabled"), switchValue()}, {QStringLiteral("interval"), QStringLiteral("30")}};
+        return QJsonObject{{QStringLiteral("enabled"), switchValue()},
+                           {QStringLiteral("interval"), QStringLiteral("30")}};
     });
-    add(40, "message-depends", [&] { return pick(m_eventIds) + QLatin1String(" ,  ") + pick(m_eventIds); });
-    add(30, "message-audit-rules", [&] {
-        return QStringLiteral("-w /etc/%1 -p wa -k /etc/%1, -w /etc/x -p wa -k /etc/x").arg(id);
-    });
+    add(40, "message-depends", [&] { return QString(pick(m_eventIds) + QLatin1String(" ,  ") + pick(m_eventIds)); });
+    add(30, "message-audit-rules",
+        [&] { return QStringLiteral("-w /etc/%1 -p wa -k /etc/%1, -w /etc/x -p wa -k /etc/x").arg(id); });
     add(50, "filter-values", [&] {
-        QJsonObject filters {{QStringLiteral("PROGRAM"), hostileText()}};
+        QJsonObject filters{{QStringLiteral("PROGRAM"), hostileText()}};
         if (chance(30)) {
-            filters.insert(QStringLiteral(".auditd.key"), chance(50) ? QJsonValue(hostileText()) : QJsonValue(makeArray(0)));
+            filters.insert(QStringLiteral(".auditd.key"),
+                           chance(50) ? QJsonValue(hostileText()) : QJsonValue(makeArray(0)));
         }
         return filters;
     });
@@ -212,16 +219,18 @@ QJsonObject CatalogMaker::makeEvent(const QString &id, const QString &group)
 void CatalogMaker::writeCatalog(const QString &root)
 {
     const QString directory = root + QStringLiteral("/usr/share/syslog-ng-mod-nivra/event-settings");
-    static const QStringList ids {QStringLiteral("mount"),  QStringLiteral("file-opened"), QStringLiteral("modifying-file"),
-                                  QStringLiteral("login"),  QStringLiteral("log_out-x"),   QStringLiteral("event7"),
-                                  QStringLiteral("event8"), QStringLiteral("interval"),    QStringLiteral("событие")};
+    static const QStringList ids{
+        QStringLiteral("mount"),  QStringLiteral("file-opened"), QStringLiteral("modifying-file"),
+        QStringLiteral("login"),  QStringLiteral("log_out-x"),   QStringLiteral("event7"),
+        QStringLiteral("event8"), QStringLiteral("interval"),    QStringLiteral("событие")};
     m_eventIds = ids.mid(0, 3 + below(ids.size() - 3));
-    QStringList groupIds {QStringLiteral("g1"), QStringLiteral("g2"), QStringLiteral("custom-events")};
+    QStringList groupIds{QStringLiteral("g1"), QStringLiteral("g2"), QStringLiteral("custom-events")};
     for (const QString &group : qAsConst(groupIds)) {
         QDir().mkpath(directory + QLatin1Char('/') + group);
         writeJson(directory + QLatin1Char('/') + group + QStringLiteral(".json"),
                   {{QStringLiteral("group-params"),
-                    QJsonObject {{QStringLiteral("name_en"), group}, {QStringLiteral("name_ru"), QStringLiteral("Группа")}}}});
+                    QJsonObject{{QStringLiteral("name_en"), group},
+                                {QStringLiteral("name_ru"), QStringLiteral("Группа")}}}});
     }
     for (const QString &id : qAsConst(m_eventIds)) {
         const QString group = pick(groupIds);

@@ -21,8 +21,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-namespace
-{
+namespace {
 /// What the writer makes of a list: its elements, unless the shown text was edited.
 QJsonArray effectiveList(const EventTreeItem &item)
 {
@@ -81,12 +80,14 @@ QString firstDifference(const QStringList &expected, const QStringList &actual)
 {
     for (int i = 0; i < qMax(expected.size(), actual.size()); ++i) {
         if (expected.value(i) != actual.value(i)) {
-            return QStringLiteral("line %1: expected \"%2\", got \"%3\"").arg(i).arg(expected.value(i), actual.value(i));
+            return QStringLiteral("line %1: expected \"%2\", got \"%3\"")
+                .arg(i)
+                .arg(expected.value(i), actual.value(i));
         }
     }
     return {};
 }
-}
+} // namespace
 
 /// One administrator's machine: a root directory, and a page's two models over it.
 class Machine
@@ -103,7 +104,10 @@ public:
         maker.writeCatalog(directory.path());
     }
 
-    [[nodiscard]] QString settingsPath() const { return SystemPaths::resolve(SystemPaths::eventSettingsFile()); }
+    [[nodiscard]] QString settingsPath() const
+    {
+        return SystemPaths::resolve(SystemPaths::eventSettingsFile());
+    }
 
     void writeSettings(const QByteArray &content)
     {
@@ -132,6 +136,9 @@ public:
     /// One thing that a user can do to one node.
     void actOn(EventTreeItem *node)
     {
+        if (!node->visible) {
+            return; // the page does not show it
+        }
         const QModelIndex name = working.indexOf(node, 0);
         const QModelIndex value = working.indexOf(node, 1);
         switch (maker.below(4)) {
@@ -148,12 +155,14 @@ public:
         case 2:
             if (value.flags() & Qt::ItemIsEditable) {
                 const bool isSwitchValue = node->nativeName == QLatin1String("enabled");
-                working.setData(value, isSwitchValue ? QString::number(maker.below(2)) : maker.hostileText(), Qt::EditRole);
+                working.setData(value, isSwitchValue ? QString::number(maker.below(2)) : maker.hostileText(),
+                                Qt::EditRole);
             }
             break;
         default:
             if (node->kind == EventTreeItem::Event) {
-                working.setData(name, QVariant::fromValue(EventTreeItem::NotificationSwitchedOn), Qt::DecorationRole);
+                working.setData(name, QVariant::fromValue(EventTreeItem::NotificationSwitchedOn),
+                                Qt::DecorationRole);
             }
         }
     }
@@ -170,7 +179,7 @@ public:
     QTemporaryDir directory;
     CatalogMaker maker;
     EventConfigStorage storage;
-    ConfigAccessService service {nullptr};
+    ConfigAccessService service{nullptr};
     CheckableTreeModel reference;
     CheckableTreeModel working;
 };
@@ -202,7 +211,8 @@ void RoundTripTest::settingsSurviveLoadEditSaveLoad()
     Machine machine(seed);
     machine.writeSettings(QJsonDocument(machine.maker.makeSettings()).toJson());
     machine.load();
-    const QAbstractItemModelTester tester(&machine.working, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const QAbstractItemModelTester tester(&machine.working,
+                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY2(ChangeMarker::compareTrees(*machine.reference.rootItem(), *machine.working.rootItem()),
              "a tree just loaded counts as changed");
     machine.editAtRandom(machine.maker.below(12));
@@ -211,11 +221,14 @@ void RoundTripTest::settingsSurviveLoadEditSaveLoad()
     const QByteArray first = machine.save();
     machine.load();
     const QStringList loaded = meaningOf(*machine.working.rootItem());
-    QVERIFY2(edited == loaded, qPrintable(firstDifference(edited, loaded) + QLatin1Char('\n') + QString::fromUtf8(first)));
+    QVERIFY2(edited == loaded,
+             qPrintable(firstDifference(edited, loaded) + QLatin1Char('\n') + QString::fromUtf8(first)));
 
     for (int again = 0; again < 3; ++again) {
         const QByteArray next = machine.save();
-        QVERIFY2(next == first, qPrintable(firstDifference(QString::fromUtf8(first).split(QLatin1Char('\n')), QString::fromUtf8(next).split(QLatin1Char('\n')))));
+        QVERIFY2(next == first,
+                 qPrintable(firstDifference(QString::fromUtf8(first).split(QLatin1Char('\n')),
+                                            QString::fromUtf8(next).split(QLatin1Char('\n')))));
         machine.load();
         QVERIFY(meaningOf(*machine.working.rootItem()) == loaded);
     }
@@ -242,7 +255,8 @@ void RoundTripTest::checkingAndUncheckingChangesNothingElse()
         machine.working.setData(index, QVariant(), Qt::CheckStateRole);
         machine.working.setData(index, QVariant(), Qt::CheckStateRole);
         const QStringList after = meaningOf(*machine.working.rootItem());
-        QVERIFY2(before == after, qPrintable(node->nativeName + QLatin1String(": ") + firstDifference(before, after)));
+        QVERIFY2(before == after,
+                 qPrintable(node->nativeName + QLatin1String(": ") + firstDifference(before, after)));
     }
     QVERIFY(ChangeMarker::compareTrees(*machine.reference.rootItem(), *machine.working.rootItem()));
     if (toggled == 0) {
@@ -264,8 +278,9 @@ void RoundTripTest::savedTextAlwaysParses()
     }
     EventsWriter writer(machine.service, SystemPaths::eventSettingsFile(), SystemPaths::auditRulesFile());
     const QStringList fragments = writer.createConfig(machine.working.rootItem());
-    QJsonParseError error {};
-    const QJsonDocument document = QJsonDocument::fromJson(fragments.join(QLatin1Char('\n')).toUtf8(), &error);
+    QJsonParseError error{};
+    const QJsonDocument document
+        = QJsonDocument::fromJson(fragments.join(QLatin1Char('\n')).toUtf8(), &error);
     QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
     QVERIFY(document.isObject());
     QCOMPARE(document.object().size(), fragments.size() - 2);
