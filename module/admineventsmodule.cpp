@@ -5,8 +5,10 @@
 
 #include "ui_admineventsmodule.h"
 
+#include <checkabletreemodel.h>
 #include <configaccessservice.h>
 #include <eventconfigstorage.h>
+#include <eventsproxymodel.h>
 #include <loggingservice.h>
 #include <statewidget.h>
 #include <systempaths.h>
@@ -17,11 +19,11 @@
 #include <QMessageBox>
 
 namespace {
-const QString componentName = QStringLiteral("nivra_kcm_admin_events");
+const QString ownComponent = QStringLiteral("nivra_kcm_admin_events");
 }
 
 AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &args)
-    : KCMGS::GuardKCModule(componentName, parent, args)
+    : KCMGS::GuardKCModule(ownComponent, parent, args)
     , m_ui(std::make_unique<Ui_AdminEventsModule>())
     , m_configAccessService(new ConfigAccessService(this))
     , m_loggingService(new LoggingService(this))

@@ -197,7 +197,8 @@ QJsonObject CatalogMaker::makeEvent(const QString &id, const QString &group)
         return QJsonObject{{QStringLiteral("enabled"), switchValue()},
                            {QStringLiteral("interval"), QStringLiteral("30")}};
     });
-    add(40, "message-depends", [&] { return QString(pick(m_eventIds) + QLatin1String(" ,  ") + pick(m_eventIds)); });
+    add(40, "message-depends",
+        [&] { return QString(pick(m_eventIds) + QLatin1String(" ,  ") + pick(m_eventIds)); });
     add(30, "message-audit-rules",
         [&] { return QStringLiteral("-w /etc/%1 -p wa -k /etc/%1, -w /etc/x -p wa -k /etc/x").arg(id); });
     add(50, "filter-values", [&] {
@@ -280,4 +281,35 @@ QJsonObject CatalogMaker::makeSettings()
         settings.insert(QStringLiteral("gone-event"), anyValue(2));
     }
     return settings;
+}
+
+void CatalogMaker::writeDictionary(const QString &root)
+{
+    if (chance(50)) {
+        return;
+    }
+    static const QStringList names{QStringLiteral("enabled"),
+                                   QStringLiteral("message-depends"),
+                                   QStringLiteral("message-audit-events"),
+                                   QStringLiteral("overlay0"),
+                                   QStringLiteral("users"),
+                                   QStringLiteral("groups"),
+                                   QStringLiteral("other"),
+                                   QStringLiteral("succ"),
+                                   QStringLiteral("message-audit-rules"),
+                                   QStringLiteral("mount"),
+                                   QStringLiteral("extend-message-params"),
+                                   QStringLiteral("interval")};
+    QJsonObject dictionary;
+    for (const QString &name : names) {
+        if (chance(70)) {
+            dictionary.insert(name,
+                              QJsonObject{{QStringLiteral("ru"), QStringLiteral("Имя %1").arg(name)},
+                                          {QStringLiteral("visible"), QStringLiteral("true")},
+                                          {QStringLiteral("editable"), QStringLiteral("true")},
+                                          {QStringLiteral("children_editable"), QStringLiteral("true")}});
+        }
+    }
+    QDir().mkpath(root + QStringLiteral("/etc/zep-admin-events"));
+    writeJson(root + QStringLiteral("/etc/zep-admin-events/eventsdictionary.json"), dictionary);
 }

@@ -20,6 +20,9 @@ public:
 
     /// Writes groups and events below @p root, where the catalog library looks for them.
     void writeCatalog(const QString &root);
+    /// Writes, for every other seed, a node dictionary with Russian names for members that code looks up by
+    /// name.
+    void writeDictionary(const QString &root);
     /// Random settings for some of the events, some that the catalog does not know, and some malformed.
     [[nodiscard]] QJsonObject makeSettings();
 

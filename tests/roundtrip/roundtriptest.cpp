@@ -21,6 +21,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+
 namespace {
 /// What the writer makes of a list: its elements, unless the shown text was edited.
 QJsonArray effectiveList(const EventTreeItem &item)
@@ -40,11 +42,25 @@ bool isRecord(const EventTreeItem &item)
     return !item.overlay && !item.isSubject() && pattern.match(item.nativeName).hasMatch();
 }
 
+/// Children in the order of their names: a list that the builder adds stands last until it is saved.
+QVector<const EventTreeItem *> sortedChildren(const EventTreeItem &item)
+{
+    QVector<const EventTreeItem *> children;
+    for (int row = 0; row < item.childCount(); ++row) {
+        children.append(item.eventChild(row));
+    }
+    std::stable_sort(children.begin(), children.end(), [](const EventTreeItem *a, const EventTreeItem *b) {
+        return a->nativeName < b->nativeName;
+    });
+    return children;
+}
+
 /// Everything that a tree means, one line a node.
 void describe(const EventTreeItem &item, const QString &indent, QStringList &lines)
 {
-    for (int row = 0; row < item.childCount(); ++row) {
-        const EventTreeItem &child = *item.eventChild(row);
+    const QVector<const EventTreeItem *> children = sortedChildren(item);
+    for (const EventTreeItem *node : children) {
+        const EventTreeItem &child = *node;
         if (isRecord(child)) {
             continue;
         }
@@ -89,6 +105,14 @@ QString firstDifference(const QStringList &expected, const QStringList &actual)
 }
 } // namespace
 
+void addSeeds(quint32 count)
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= count; ++seed) {
+        QTest::addRow("seed %u", seed) << seed;
+    }
+}
+
 /// One administrator's machine: a root directory, and a page's two models over it.
 class Machine
 {
@@ -102,6 +126,7 @@ public:
         qputenv("ADMINEVENTS_ROOT", directory.path().toLocal8Bit());
         QDir(directory.path()).mkpath(QStringLiteral("etc"));
         maker.writeCatalog(directory.path());
+        maker.writeDictionary(directory.path());
     }
 
     [[nodiscard]] QString settingsPath() const
@@ -191,18 +216,15 @@ class RoundTripTest : public QObject
 private Q_SLOTS:
     void settingsSurviveLoadEditSaveLoad_data();
     void settingsSurviveLoadEditSaveLoad();
-    void checkingAndUncheckingChangesNothingElse_data() { settingsSurviveLoadEditSaveLoad_data(); }
+    void checkingAndUncheckingChangesNothingElse_data() { addSeeds(100); }
     void checkingAndUncheckingChangesNothingElse();
-    void savedTextAlwaysParses_data() { settingsSurviveLoadEditSaveLoad_data(); }
+    void savedTextAlwaysParses_data() { addSeeds(100); }
     void savedTextAlwaysParses();
 };
 
 void RoundTripTest::settingsSurviveLoadEditSaveLoad_data()
 {
-    QTest::addColumn<quint32>("seed");
-    for (quint32 seed = 1; seed <= 400; ++seed) {
-        QTest::addRow("seed %u", seed) << seed;
-    }
+    addSeeds(300);
 }
 
 void RoundTripTest::settingsSurviveLoadEditSaveLoad()
@@ -243,7 +265,6 @@ void RoundTripTest::checkingAndUncheckingChangesNothingElse()
     const QStringList before = meaningOf(*machine.working.rootItem());
     QVector<EventTreeItem *> nodes;
     collectNodes(machine.working.rootItem(), nodes);
-    int toggled = 0;
     for (const EventTreeItem *node : qAsConst(nodes)) {
         const int column = node->checkable && node->kind == EventTreeItem::Event ? 0 : 1;
         const QModelIndex index = machine.working.indexOf(node, column);
@@ -251,7 +272,6 @@ void RoundTripTest::checkingAndUncheckingChangesNothingElse()
         if (!index.data(Qt::CheckStateRole).isValid() || linked || node->kind == EventTreeItem::Group) {
             continue;
         }
-        ++toggled;
         machine.working.setData(index, QVariant(), Qt::CheckStateRole);
         machine.working.setData(index, QVariant(), Qt::CheckStateRole);
         const QStringList after = meaningOf(*machine.working.rootItem());
@@ -259,9 +279,6 @@ void RoundTripTest::checkingAndUncheckingChangesNothingElse()
                  qPrintable(node->nativeName + QLatin1String(": ") + firstDifference(before, after)));
     }
     QVERIFY(ChangeMarker::compareTrees(*machine.reference.rootItem(), *machine.working.rootItem()));
-    if (toggled == 0) {
-        QSKIP("this catalog holds nothing to check");
-    }
 }
 
 void RoundTripTest::savedTextAlwaysParses()
