@@ -15,8 +15,8 @@ namespace Nivra {
 
 namespace {
 
-constexpr off_t LargestFile = 512 * 1024 * 1024;
-constexpr std::size_t ReadStep = 64 * 1024;
+constexpr off_t LargestFile = off_t{512} << 20;
+constexpr std::size_t ReadStep = std::size_t{64} << 10;
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
 // One byte more than the expected size, so that the end of the file shows in the same round.

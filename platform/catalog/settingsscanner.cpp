@@ -249,21 +249,23 @@ bool SettingsScanner::take(char character)
 
 std::string SettingsScanner::compact(std::string_view value)
 {
-    std::string result;
-    result.reserve(value.size());
+    std::string result(value.size(), '\0');
+    char *to = result.data();
     bool inString = false;
-    for (std::size_t i = 0; i < value.size(); ++i) {
-        const char character = value[i];
-        if (!inString && isBlank(character)) {
+    for (const char *from = value.data(); from != value.data() + value.size(); ++from) {
+        if (!inString && isBlank(*from)) {
             continue;
         }
-        result.push_back(character);
-        if (character == '"') {
+        *to++ = *from;
+        if (*from == '"') {
             inString = !inString;
-        } else if (inString && character == '\\' && i + 1 < value.size()) {
-            result.push_back(value[++i]);
+        } else if (*from == '\\') {
+            // A backslash stands in strings only, and never at the end.
+            *to++ = *++from;
         }
     }
+    result.resize(static_cast<std::size_t>(to - result.data()));
+    result.shrink_to_fit();
     return result;
 }
 

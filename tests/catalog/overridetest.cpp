@@ -103,7 +103,7 @@ private Q_SLOTS:
         QTest::newRow("2000 levels") << deep;
         QTest::newRow("binary") << QByteArray("\x7F"
                                               "ELF\0\1\2\xFF\xFE\0{\"event\": {}}",
-                                              24);
+                                              23);
         QTest::newRow("a NUL behind the end") << QByteArray("{\"event\": {}}\0", 14);
         QTest::newRow("no UTF-8") << QByteArray("{\"event\": {\"a\": \"\xC3(\"}}");
         QTest::newRow("a megabyte of braces") << QByteArray(1 << 20, '{');
