@@ -11,16 +11,22 @@
  */
 namespace ActionIds {
 
-inline constexpr QLatin1String prefix("org.nivra.");
+/** The text of a literal as a constant: not every compiler measures a plain pointer at compile time. */
+template <int size> [[nodiscard]] constexpr QLatin1String literal(const char (&text)[size])
+{
+    return QLatin1String(text, size - 1);
+}
 
-inline constexpr QLatin1String writeConfig("writeconfig");
-inline constexpr QLatin1String exportConfig("exportconfig");
-inline constexpr QLatin1String importConfig("importconfig");
-inline constexpr QLatin1String loggingServiceControl("loggingservicectl");
-inline constexpr QLatin1String getAuditSettings("getauditsettings");
-inline constexpr QLatin1String setAuditSettings("setauditsettings");
-inline constexpr QLatin1String writeNotificationConfigs("writenotificationconfigs");
-inline constexpr QLatin1String removeNotificationConfigs("removenotificationconfigs");
+inline constexpr QLatin1String prefix = literal("org.nivra.");
+
+inline constexpr QLatin1String writeConfig = literal("writeconfig");
+inline constexpr QLatin1String exportConfig = literal("exportconfig");
+inline constexpr QLatin1String importConfig = literal("importconfig");
+inline constexpr QLatin1String loggingServiceControl = literal("loggingservicectl");
+inline constexpr QLatin1String getAuditSettings = literal("getauditsettings");
+inline constexpr QLatin1String setAuditSettings = literal("setauditsettings");
+inline constexpr QLatin1String writeNotificationConfigs = literal("writenotificationconfigs");
+inline constexpr QLatin1String removeNotificationConfigs = literal("removenotificationconfigs");
 
 /** The bus name of the helper. */
 [[nodiscard]] inline QString helper()

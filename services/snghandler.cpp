@@ -8,12 +8,12 @@
 
 namespace {
 
-constexpr QLatin1String statusWord("status");
-constexpr QLatin1String startWord("start");
-constexpr QLatin1String stopWord("stop");
-constexpr QLatin1String restartWord("restart");
-constexpr QLatin1String auditd("auditd");
-constexpr QLatin1String syslogNg("syslog-ng");
+const QLatin1String statusWord("status");
+const QLatin1String startWord("start");
+const QLatin1String stopWord("stop");
+const QLatin1String restartWord("restart");
+const QLatin1String auditd("auditd");
+const QLatin1String syslogNg("syslog-ng");
 
 int runServiceManager(QLatin1String command, QLatin1String service)
 {
