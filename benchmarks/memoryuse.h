@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <cstddef>
+#include <functional>
+
+/// Bytes of heap that @p work leaves allocated. What it makes for good in passing (caches) counts, so warm up
+/// first.
+[[nodiscard]] std::size_t bytesLeftBy(const std::function<void()> &work);

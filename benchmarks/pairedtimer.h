@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+/**
+ * Times functions with Google Benchmark. All are run several times in random
+ * order, so that a disturbance hits none of them alone, and the median counts.
+ * Processor time of the calling thread is measured: other programs on the
+ * machine do not change it much.
+ */
+class PairedTimer
+{
+public:
+    using Function = std::function<void(benchmark::State &)>;
+
+    /// @param iterations how often the function's loop is run each time
+    void add(const std::string &name, int iterations, const Function &function);
+    /// Runs everything; false when a function reported an error, whose texts errors() has.
+    [[nodiscard]] bool run();
+
+    /// The median in milliseconds for one pass of the loop.
+    [[nodiscard]] double median(const std::string &name) const;
+    [[nodiscard]] const std::vector<std::string> &errors() const { return m_errors; }
+
+private:
+    class Collector;
+
+    std::map<std::string, std::vector<double>> m_times;
+    std::vector<std::string> m_errors;
+};
