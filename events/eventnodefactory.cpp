@@ -184,7 +184,12 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
         json += QLatin1Char(':');
         json += value.isObject() ? child->value(2).toString() : JsonText::compact(value);
     };
-    // Both lists are sorted alike: walk them side by side.
+    const auto addMissing = [&](const QString &name) {
+        if (!object.contains(name) || marks.records.contains(name)) {
+            add(name, switchedOff, {});
+        }
+    };
+    // Both lists are sorted, all but alike (JSON keys differ beyond U+FFFF): walk them side by side.
     auto account = accounts.begin();
     for (auto it = object.begin(); it != object.end(); ++it) {
         const QString key = it.key();
@@ -192,7 +197,7 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
             continue; // an account of that name is still to come
         }
         for (; account != accounts.end() && *account < key; ++account) {
-            add(*account, switchedOff, {});
+            addMissing(*account);
         }
         if (account != accounts.end() && *account == key) {
             ++account;
@@ -203,7 +208,7 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
              origin.overlay || marks.named.contains(key)});
     }
     for (; account != accounts.end(); ++account) {
-        add(*account, switchedOff, {});
+        addMissing(*account);
     }
     json += QLatin1Char('}');
     node->setData(2, json);

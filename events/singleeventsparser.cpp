@@ -97,6 +97,7 @@ EventTreeItem *SingleEventsParser::parse() const
 EventTreeItem *SingleEventsParser::build() const
 {
     auto *root = new EventTreeItem({i18n("Parameter"), i18n("Value")});
+    root->kind = EventTreeItem::Group; // no event, as which every node starts
     createGroups(root);
     for (const QString &id : m_reader.eventIds) {
         createEventItem(id, MergedEvent, root);
@@ -112,13 +113,11 @@ EventTreeItem *SingleEventsParser::build() const
     m_depends.clear();
     hideAuxItems(root);
     setItemOptions(root);
-    m_groupNodes.clear();
     return root;
 }
 
 void SingleEventsParser::createGroups(EventTreeItem *root) const
 {
-    m_groupNodes.clear();
     for (const QString &id : m_reader.groupIds) {
         createGroupNode(id, root);
     }
@@ -137,7 +136,6 @@ EventTreeItem *SingleEventsParser::createGroupNode(const QString &id, EventTreeI
     group->nativeName = id;
     group->localizedName = name;
     root->appendChild(group);
-    m_groupNodes.insert(id, group);
     return group;
 }
 
@@ -148,7 +146,7 @@ EventTreeItem *SingleEventsParser::groupOf(const QJsonObject &description, Event
         id = customEvents;
     }
     // An event whose group the catalog does not list is shown all the same.
-    EventTreeItem *group = m_groupNodes.value(id);
+    EventTreeItem *group = root->findChildTopLevelByNativeName(id);
     return group ? group : createGroupNode(id, root);
 }
 

@@ -6,7 +6,6 @@
 #include "nivraeventsreader.h"
 #include "nodedictionary.h"
 
-#include <QHash>
 #include <QMultiMap>
 #include <QObject>
 #include <QStringList>
@@ -86,5 +85,4 @@ private:
     std::unique_ptr<EventNodeFactory> m_factory;
     mutable std::unique_ptr<EventTreeItem> m_spare; // handed out by the next parse()
     mutable QMultiMap<QString, QString> m_depends;
-    mutable QHash<QString, EventTreeItem *> m_groupNodes; // of the tree being built
 };
