@@ -2,10 +2,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "accessservice.h"
 
+#include "actiongate.h"
+
 #include <KAuth/ActionReply>
 #include <KAuth/ExecuteJob>
 #include <KLocalizedString>
 
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QHash>
 #include <QPointer>
 
 namespace {
@@ -45,6 +50,22 @@ QString errorTextOf(const KJob &job, const KAuth::Action &action)
                  action.name(), reasonOf(job.error()), QString::number(job.error()));
 }
 
+/** The jobs that are being carried out, by the name of their action. */
+QHash<QString, KAuth::ExecuteJob *> &runningJobs()
+{
+    static QHash<QString, KAuth::ExecuteJob *> jobs;
+    return jobs;
+}
+
+KAuth::ExecuteJob *createJob(KAuth::Action &action)
+{
+    KAuth::ExecuteJob *const job = action.execute();
+    const QString name = action.name();
+    runningJobs().insert(name, job);
+    QObject::connect(job, &KJob::finished, [name] { runningJobs().remove(name); });
+    return job;
+}
+
 } // namespace
 
 AccessService::AccessService(QObject *parent)
@@ -55,10 +76,17 @@ AccessService::AccessService(QObject *parent)
 bool AccessService::execute(KAuth::Action &action)
 {
     m_lastError.clear();
-    KAuth::ExecuteJob *const job = action.execute();
     const QPointer<AccessService> self(this);
+    while (const KJob *const ahead = runningJobs().value(action.name())) {
+        QEventLoop loop;
+        connect(ahead, &KJob::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    // The nested event loops may deliver the end of our owner.
+    if (self.isNull())
+        return false;
+    KAuth::ExecuteJob *const job = createJob(action);
     const bool succeeded = job->exec();
-    // The nested event loop may have delivered the end of our owner.
     if (self.isNull())
         return false;
     m_lastError = succeeded ? QString() : errorTextOf(*job, action);
@@ -69,8 +97,23 @@ bool AccessService::execute(KAuth::Action &action)
 void AccessService::executeAsync(KAuth::Action &action)
 {
     m_lastError.clear();
-    KAuth::ExecuteJob *const job = action.execute();
-    connect(job, &KJob::result, this, [this, action](KJob *ended) { asyncActionEnded(ended, action); });
+    startWhenFree(this, action);
+}
+
+void AccessService::startWhenFree(const QPointer<AccessService> &service, KAuth::Action action)
+{
+    if (const KJob *const ahead = runningJobs().value(action.name())) {
+        // Not with the service as context: what was asked for is done even if the one who asked has gone.
+        connect(
+            ahead, &KJob::finished, QCoreApplication::instance(),
+            [service, action] { startWhenFree(service, action); }, Qt::QueuedConnection);
+        return;
+    }
+    KAuth::ExecuteJob *const job = createJob(action);
+    if (service) {
+        connect(job, &KJob::result, service,
+                [service, action](KJob *ended) { service->asyncActionEnded(ended, action); });
+    }
     job->start();
 }
 

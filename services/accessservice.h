@@ -6,6 +6,7 @@
 
 #include <QMap>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QVariant>
 
@@ -13,7 +14,8 @@ class KJob;
 
 /**
  * Runs privileged actions of the desktop's authorisation framework and keeps what came of the last one: its
- * error text and its reply. Used from the GUI thread only; nothing is retried.
+ * error text and its reply. Used from the GUI thread only; nothing is retried. Actions of one process run one
+ * after the other (see ActionGate): a call waits for those asked for before it.
  */
 class AccessService : public QObject
 {
@@ -61,6 +63,7 @@ Q_SIGNALS:
     void error(const KAuth::Action *action, const QString &text);
 
 private:
+    static void startWhenFree(const QPointer<AccessService> &service, KAuth::Action action);
     void asyncActionEnded(KJob *job, const KAuth::Action &action);
 
     QString m_lastError;

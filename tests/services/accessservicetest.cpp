@@ -226,13 +226,50 @@ private Q_SLOTS:
         QCOMPARE(service.getActionResults(), reply);
     }
 
-    void aServiceThatGoesBeforeItsActionEndsIsNotCalledBack()
+    void actionsOfOneNameInFlightEachGetTheirOwnEnd()
+    {
+        AccessService service(nullptr);
+        AccessService other(nullptr);
+        QSignalSpy finished(&service, &AccessService::finished);
+        QSignalSpy errors(&service, &AccessService::error);
+        QSignalSpy othersFinished(&other, &AccessService::finished);
+        for (const char *path : {"/fail", "/etc/x", "/fail", "/etc/y"}) {
+            KAuth::Action action = writeAction(QLatin1String(path));
+            service.executeAsync(action);
+        }
+        KAuth::Action action = writeAction(QStringLiteral("/etc/z"));
+        other.executeAsync(action);
+        // Synchronously in the middle of them, and with the answer to its own question.
+        AccessService third(nullptr);
+        QVERIFY(run(third, "/etc/mine"));
+        QCOMPARE(asked(third).value(QStringLiteral("path")).toString(), QStringLiteral("/etc/mine"));
+        QTRY_COMPARE(finished.size() + errors.size() + othersFinished.size(), 5);
+        QCOMPARE(finished.size(), 2);
+        QCOMPARE(errors.size(), 2);
+        QCOMPARE(calls(), 7);
+    }
+
+    void oneActionAfterTheOtherGetsItsOwnReply()
+    {
+        ConfigAccessService service(nullptr);
+        for (int i = 0; i < 50; ++i) {
+            const QString path = QStringLiteral("/etc/file%1").arg(i);
+            QVERIFY2(service.writeConfig(path, QByteArray("{}")), qPrintable(service.errorString()));
+            QCOMPARE(asked(service).value(QStringLiteral("path")).toString(), path);
+            QCOMPARE(service.getActionResult(QStringLiteral("calls")).toInt(), i + 1);
+        }
+    }
+
+    void whatWasAskedForIsDoneThoughTheServiceHasGone()
     {
         auto service = std::make_unique<AccessService>(nullptr);
-        KAuth::Action action = writeAction(QStringLiteral("/etc/x"));
-        service->executeAsync(action);
+        for (int i = 0; i < 3; ++i) {
+            KAuth::Action action = writeAction(QStringLiteral("/etc/x"));
+            service->executeAsync(action);
+        }
         service.reset();
-        QTRY_VERIFY(calls() >= 2);
+        int probes = 0;
+        QTRY_VERIFY(calls() == ++probes + 3);
     }
 
     void aServiceDestroyedWhileItWaitsReportsAFailure()

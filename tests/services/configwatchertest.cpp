@@ -251,15 +251,20 @@ private Q_SLOTS:
         QVERIFY(nothingChanged());
     }
 
-    void aBurstOfChangesIsReportedOnce()
+    void aBurstOfChangesIsReportedFarLessOften()
     {
         m_watcher->start();
-        for (int i = 0; i < 20; ++i) {
+        const int burst = 30;
+        for (int i = 0; i < burst; ++i) {
             QVERIFY(replaceByRename(event("logins/login.json"), QByteArray::number(i)));
             QVERIFY(replaceByRename(m_file, QByteArray::number(i)));
             QTest::qWait(5);
         }
-        QVERIFY(changedOnce(m_directory));
+        QTRY_VERIFY(!m_changes->isEmpty());
+        QTest::qWait(silence);
+        // Once on an idle machine; on a busy one the pauses between the changes grow.
+        QVERIFY2(m_changes->size() <= burst / 3, qPrintable(QString::number(m_changes->size())));
+        QCOMPARE(m_changes->first().first().toString(), m_directory);
     }
 
     void changesWithoutAPauseAreReportedInTheEnd()
