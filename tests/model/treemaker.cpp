@@ -86,7 +86,9 @@ EventTreeItem *TreeMaker::list(EventTreeItem *parent, const char *name, const ch
     const QString text = QString::fromUtf8(json);
     bool ok = false;
     node->setData(1, JsonText::arrayText(JsonText::parseArray(text, ok)));
-    Q_ASSERT(ok);
+    if (!ok) {
+        qFatal("no array: %s", json);
+    }
     node->setData(2, text);
     return node;
 }
