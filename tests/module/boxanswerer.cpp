@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "boxanswerer.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+
+BoxAnswerer::BoxAnswerer(QMessageBox::StandardButton answer)
+    : m_answer(answer)
+{
+    connect(&m_timer, &QTimer::timeout, this, &BoxAnswerer::answer);
+    m_timer.start(10);
+}
+
+void BoxAnswerer::answer()
+{
+    auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    if (!box) {
+        return;
+    }
+    m_boxes.append({box->windowTitle(), box->text(), box->icon(), box->parentWidget()});
+    QAbstractButton *button = box->button(m_answer);
+    (button ? button : box->button(QMessageBox::Ok))->click();
+}

@@ -1,0 +1,355 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "boxanswerer.h"
+#include "pagefixture.h"
+
+#include <checkabletreemodel.h>
+#include <eventtreeitem.h>
+
+#include <KMessageWidget>
+
+#include <QAbstractItemModelTester>
+#include <QAbstractProxyModel>
+#include <QDir>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTreeView>
+
+/// Building, loading and watching.
+class LoadTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void theModelsAreEmptyUntilThePageIsShown();
+    void bothModelsGetTreesOfTheirOwn();
+    void theViewIsSetUpForTheTree();
+    void twoArgumentsNameNoEvent();
+    void threeArgumentsNameTheEventToShow();
+    void aMissingOrEmptyCatalogEndsTheApplication_data();
+    void aMissingOrEmptyCatalogEndsTheApplication();
+    void aDuplicateEventEndsTheApplicationAndKeepsTheModels();
+    void changeDetectionStopsAtTheFirstGroupThatDiffers();
+    void togglingBackCountsAsUnchanged();
+    void comparingIndexesMarksWhatDiffers();
+    void everyExternalChangeReloadsThePage();
+    void aFileThatAppearsLaterIsWatched();
+    void anExternalChangeDropsUnsavedEditsAndSaysSo();
+    void ownSavesCauseNoReload();
+    void aClickOnASwitchInTheViewTurnsItAlone();
+    void aRefusedValueIsExplainedInTheMessageBar();
+    void theServiceButtonFollowsTheService();
+    void aFailedServiceActionIsShownAndTheButtonWorksAgain();
+
+private:
+    PageFixture m_machine;
+};
+
+void LoadTest::initTestCase()
+{
+    const QString problem = m_machine.start();
+    QVERIFY2(problem.isEmpty(), qPrintable(problem));
+}
+
+void LoadTest::init()
+{
+    m_machine.reset();
+    QVERIFY(m_machine.bus->setAllowed(true));
+}
+
+void LoadTest::theModelsAreEmptyUntilThePageIsShown()
+{
+    AdminEventsModule page(nullptr, {});
+    QCOMPARE(page.workingModel()->rowCount(), 0);
+    QCOMPARE(page.referenceModel()->rowCount(), 0);
+    QVERIFY(page.compareModels());
+}
+
+void LoadTest::bothModelsGetTreesOfTheirOwn()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    const QAbstractItemModelTester working(page->workingModel(),
+                                           QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const QAbstractItemModelTester reference(page->referenceModel(),
+                                             QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(page->workingModel()->rowCount(), 3);
+    QCOMPARE(page->referenceModel()->rowCount(), 3);
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    QCOMPARE(m_machine.node(page->referenceModel(), QStringLiteral("plain"))->checkState, int(Qt::Unchecked));
+}
+
+void LoadTest::theViewIsSetUpForTheTree()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    const QTreeView *view = m_machine.view(*page);
+    QVERIFY(view);
+    QCOMPARE(view->editTriggers(), QAbstractItemView::DoubleClicked);
+    QCOMPARE(view->header()->minimumSectionSize(), 170);
+    QCOMPARE(view->header()->defaultSectionSize(), 250);
+    QCOMPARE(view->header()->sectionResizeMode(0), QHeaderView::ResizeToContents);
+    QVERIFY(view->alternatingRowColors());
+    const QModelIndex group = view->model()->index(0, 0);
+    QVERIFY(view->isExpanded(group));
+    QVERIFY(!view->isExpanded(view->model()->index(0, 0, group)));
+    QCOMPARE(page->objectName(), QStringLiteral("AdminEventsModule"));
+}
+
+void LoadTest::twoArgumentsNameNoEvent()
+{
+    const AdminEventsModule page(nullptr, {QStringLiteral("plain"), QStringLiteral("plain_msg")});
+    QVERIFY(page.firstViewerArgument().isEmpty());
+    QVERIFY(page.secondViewerArgument().isEmpty());
+}
+
+void LoadTest::threeArgumentsNameTheEventToShow()
+{
+    const auto page
+        = m_machine.openPage({QStringLiteral("plain"), QStringLiteral("plain_msg"), QStringLiteral("x")});
+    QVERIFY(page);
+    QCOMPARE(page->firstViewerArgument(), QStringLiteral("plain"));
+    QCOMPARE(page->secondViewerArgument(), QStringLiteral("plain_msg"));
+    QTRY_COMPARE(m_machine.view(*page)->currentIndex().data().toString(), QStringLiteral("Event plain"));
+
+    // Only one of the two is not enough to name an event.
+    const auto oneEmpty = m_machine.openPage({QStringLiteral("plain"), QString(), QStringLiteral("x")});
+    QVERIFY(oneEmpty);
+    QTest::qWait(100);
+    QVERIFY(m_machine.view(*oneEmpty)->currentIndex().data().toString() != QStringLiteral("Event plain"));
+}
+
+void LoadTest::aMissingOrEmptyCatalogEndsTheApplication_data()
+{
+    QTest::addColumn<bool>("missing");
+    QTest::addRow("missing") << true;
+    QTest::addRow("empty") << false;
+}
+
+void LoadTest::aMissingOrEmptyCatalogEndsTheApplication()
+{
+    QFETCH(bool, missing);
+    QVERIFY(QDir(m_machine.catalogPath()).removeRecursively());
+    QVERIFY(missing || QDir().mkpath(m_machine.catalogPath()));
+    AdminEventsModule page(nullptr, {});
+    const BoxAnswerer boxes;
+    QTimer::singleShot(0, &page, [&page] { page.load_p(); });
+    QTimer::singleShot(5000, &page, [] { QCoreApplication::exit(99); });
+    QCOMPARE(QCoreApplication::exec(), -1);
+    QVERIFY(!boxes.boxes().isEmpty());
+    QCOMPARE(boxes.boxes().at(0).title, QStringLiteral("No event configuration detected"));
+    QCOMPARE(boxes.boxes().at(0).icon, QMessageBox::Critical);
+    QCOMPARE(boxes.boxes().at(0).text,
+             QStringLiteral("The directory \"%1\" does not exist or is empty.\n"
+                            "The application cannot continue and will be terminated.")
+                 .arg(m_machine.catalogPath()));
+}
+
+void LoadTest::aDuplicateEventEndsTheApplicationAndKeepsTheModels()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QVERIFY(QFile::copy(m_machine.catalogPath() + QStringLiteral("/first/login.json"),
+                        m_machine.catalogPath() + QStringLiteral("/last/login.json")));
+    const BoxAnswerer boxes;
+    QTimer::singleShot(0, page.get(), [&page] { page->load_p(); });
+    QTimer::singleShot(5000, page.get(), [] { QCoreApplication::exit(99); });
+    QCOMPARE(QCoreApplication::exec(), -1);
+    QVERIFY(!boxes.boxes().isEmpty());
+    QCOMPARE(boxes.boxes().at(0).title, QStringLiteral("Event configuration is incorrect."));
+    QCOMPARE(
+        boxes.boxes().at(0).text,
+        QStringLiteral(
+            "Check if there are no duplicate event_id in event configuration(even in different groups).\n"
+            "The application cannot continue and will be terminated."));
+    QCOMPARE(page->workingModel()->rowCount(), 3);
+}
+
+void LoadTest::changeDetectionStopsAtTheFirstGroupThatDiffers()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    m_machine.toggle(*page, QStringLiteral("login"));
+    m_machine.toggle(*page, QStringLiteral("watch"));
+    QVERIFY(!page->compareModels());
+    QVERIFY(m_machine.node(page->workingModel(), QStringLiteral("login"))->overlay);
+    QVERIFY(!m_machine.node(page->workingModel(), QStringLiteral("watch"))->overlay);
+}
+
+void LoadTest::togglingBackCountsAsUnchanged()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QSignalSpy changes(page.get(), qOverload<bool>(&KCModule::changed));
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    QCOMPARE(changes.size(), 2);
+    QCOMPARE(changes.at(0).at(0).toBool(), true);
+    QCOMPARE(changes.at(1).at(0).toBool(), false);
+    QVERIFY(m_machine.node(page->workingModel(), QStringLiteral("plain"))
+                ->overlay); // marks stay until the next load
+}
+
+void LoadTest::comparingIndexesMarksWhatDiffers()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    m_machine.type(*page, QStringLiteral("watch"), {QStringLiteral("interval")}, QStringLiteral("7"));
+    const QModelIndex reference
+        = page->referenceModel()->indexOf(m_machine.node(page->referenceModel(), QStringLiteral("watch")));
+    EventTreeItem *event = m_machine.node(page->workingModel(), QStringLiteral("watch"));
+    QVERIFY(!page->compareIndexes(reference, page->workingModel()->indexOf(event)));
+    QVERIFY(event->member(QLatin1String("interval"))->overlay);
+    QVERIFY(!event->overlay);
+    QVERIFY(page->compareIndexes(reference.siblingAtColumn(1), page->workingModel()->indexOf(event, 1)));
+}
+
+void LoadTest::everyExternalChangeReloadsThePage()
+{
+    m_machine.write(m_machine.settingsPath(), "{}");
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QSignalSpy resets(page->workingModel(), &QAbstractItemModel::modelReset);
+    for (int i = 1; i <= 10; ++i) {
+        m_machine.replace(m_machine.settingsPath(),
+                          QStringLiteral(R"({"watch": {"enabled": "0", "interval": "%1"}})").arg(i).toUtf8());
+        QTRY_COMPARE(resets.size(), i);
+        QCOMPARE(m_machine.node(page->workingModel(), QStringLiteral("watch"), {QStringLiteral("interval")})
+                     ->data(1)
+                     .toString(),
+                 QString::number(i));
+    }
+    QCOMPARE(page->workingModel()->rowCount(), page->referenceModel()->rowCount());
+    QVERIFY(page->compareModels());
+}
+
+void LoadTest::aFileThatAppearsLaterIsWatched()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QSignalSpy resets(page->workingModel(), &QAbstractItemModel::modelReset);
+    m_machine.write(m_machine.settingsPath(), R"({"plain": {"enabled": "1"}})");
+    QTRY_COMPARE(m_machine.node(page->workingModel(), QStringLiteral("plain"))->checkState, int(Qt::Checked));
+    m_machine.replace(m_machine.settingsPath(), R"({"plain": {"enabled": "0"}})");
+    QTRY_COMPARE(m_machine.node(page->workingModel(), QStringLiteral("plain"))->checkState,
+                 int(Qt::Unchecked));
+    QVERIFY(resets.size() >= 2);
+}
+
+void LoadTest::anExternalChangeDropsUnsavedEditsAndSaysSo()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    QSignalSpy changes(page.get(), qOverload<bool>(&KCModule::changed));
+    m_machine.write(m_machine.settingsPath(), R"({"watch": {"enabled": "1"}})");
+    QTRY_COMPARE(m_machine.node(page->workingModel(), QStringLiteral("watch"))->checkState, int(Qt::Checked));
+    QCOMPARE(m_machine.node(page->workingModel(), QStringLiteral("plain"))->checkState, int(Qt::Unchecked));
+    QVERIFY(!changes.isEmpty());
+    QCOMPARE(changes.last().at(0).toBool(), false);
+    const auto *bar = page->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
+    QVERIFY(bar->isVisibleTo(page.get()));
+    QVERIFY(bar->text().contains(QStringLiteral("Another program changed")));
+}
+
+void LoadTest::ownSavesCauseNoReload()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    for (int i = 0; i < 3; ++i) {
+        m_machine.toggle(*page, QStringLiteral("plain"));
+        page->save();
+        QSignalSpy resets(page->workingModel(), &QAbstractItemModel::modelReset);
+        QTest::qWait(400); // long enough for a notification that is late
+        QCOMPARE(resets.size(), 0);
+    }
+    // And the watch still works afterwards.
+    QSignalSpy resets(page->workingModel(), &QAbstractItemModel::modelReset);
+    m_machine.replace(m_machine.settingsPath(), "{}");
+    QTRY_COMPARE(resets.size(), 1);
+}
+
+void LoadTest::aClickOnASwitchInTheViewTurnsItAlone()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    m_machine.toggle(*page, QStringLiteral("login")); // off
+    QTreeView *view = m_machine.view(*page);
+    view->expandAll();
+    const CheckableTreeModel *model = page->workingModel();
+    const QStringList path{QStringLiteral("extend-message-params"), QStringLiteral("tty")};
+    const EventTreeItem *parameter = m_machine.node(page->workingModel(), QStringLiteral("login"), path);
+    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(view->model());
+    const QModelIndex cell = proxy->mapFromSource(model->indexOf(parameter, 1));
+    QVERIFY(cell.isValid());
+    view->scrollTo(cell);
+    QCOMPARE(cell.data().toString(), QStringLiteral("Off"));
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(cell).center());
+    QCOMPARE(cell.data().toString(), QStringLiteral("On"));
+    QCOMPARE(m_machine.node(page->workingModel(), QStringLiteral("login"))->checkState, int(Qt::Unchecked));
+    view->setCurrentIndex(cell);
+    QTest::keyClick(view, Qt::Key_Space);
+    QCOMPARE(cell.data().toString(), QStringLiteral("Off"));
+}
+
+void LoadTest::aRefusedValueIsExplainedInTheMessageBar()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QTreeView *view = m_machine.view(*page);
+    view->expandAll();
+    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(view->model());
+    const EventTreeItem *interval
+        = m_machine.node(page->workingModel(), QStringLiteral("watch"), {QStringLiteral("interval")});
+    const QModelIndex cell = proxy->mapFromSource(page->workingModel()->indexOf(interval, 1));
+    view->scrollTo(cell);
+    view->edit(cell);
+    auto *editor = view->viewport()->findChild<QLineEdit *>();
+    QVERIFY(editor);
+    editor->setText(QStringLiteral("soon"));
+    view->setCurrentIndex(view->model()->index(0, 0)); // leaves the editor
+    editor->clearFocus();
+    QTRY_VERIFY(page->findChild<KMessageWidget *>(QStringLiteral("messageBar"))->isVisibleTo(page.get()));
+    QCOMPARE(interval->data(1).toString(), QStringLiteral("30"));
+    QVERIFY(page->compareModels());
+}
+
+void LoadTest::theServiceButtonFollowsTheService()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
+    auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    QCOMPARE(label->text(), QStringLiteral("Logging service is running."));
+    QCOMPARE(button->text(), QStringLiteral("Stop logging service"));
+    QVERIFY(button->isEnabled());
+    button->click();
+    QVERIFY(!button->isEnabled());
+    m_machine.setServiceExitCode(3); // from now on the service manager reports a stopped service
+    QTRY_VERIFY(m_machine.serviceCalls().contains(QStringLiteral("stop syslog-ng")));
+}
+
+void LoadTest::aFailedServiceActionIsShownAndTheButtonWorksAgain()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QVERIFY(m_machine.bus->setAllowed(false));
+    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
+    const BoxAnswerer boxes;
+    button->click();
+    QTRY_COMPARE(boxes.boxes().size(), 1);
+    QCOMPARE(boxes.boxes().at(0).title, QStringLiteral("org.nivra.kcm.adminevents.loggingservicectl"));
+    QVERIFY(!boxes.boxes().at(0).text.trimmed().isEmpty());
+    QTRY_VERIFY(button->isEnabled());
+}
+
+QTEST_MAIN(LoadTest)
+
+#include "loadtest.moc"
