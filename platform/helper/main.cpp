@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "answerorder.h"
 #include "helper.h"
+#include "helperlog.h"
 #include "helperoptions.h"
 
 #include <KAuth/HelperSupport>
@@ -22,5 +24,16 @@ int main(int argc, char **argv)
     }
     ::umask(077);
     AdminEventsHelper::Helper helper(options.value());
+    AdminEventsHelper::AnswerOrder answers;
+    // Runs first thing in the main loop: the bus is connected by then, and no request is taken yet.
+    QMetaObject::invokeMethod(
+        &answers,
+        [&answers] {
+            if (!answers.takeOver()) {
+                AdminEventsHelper::logLine(LOG_WARNING,
+                                           QStringLiteral("the order of answers is the framework's"));
+            }
+        },
+        Qt::QueuedConnection);
     return KAuth::HelperSupport::helperMain(argc, argv, "org.nivra.kcm.adminevents", &helper);
 }

@@ -7,10 +7,13 @@
 #include <KAuth/Action>
 #include <KAuth/ActionReply>
 #include <KAuth/ExecuteJob>
+#include <QEventLoop>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 
+constexpr int answerLimitMs = 40000;
 constexpr int sizeLimit = 16 * 1024 * 1024;
 
 QString helperId()
@@ -43,8 +46,15 @@ Answer request(const char *verb, const QVariantMap &arguments)
     action.setArguments(arguments);
     KAuth::ExecuteJob *const job = action.execute();
     job->setAutoDelete(false);
-    const bool ok = job->exec();
-    const Answer answer{ok, job->error(), job->errorText()};
+    QEventLoop loop;
+    QObject::connect(job, &KJob::result, &loop, [&loop] { loop.exit(1); });
+    // A request that is never answered should fail its test and not hold up all of them.
+    QTimer::singleShot(answerLimitMs, &loop, [&loop] { loop.exit(0); });
+    job->start();
+    if (loop.exec() == 0) {
+        return {false, -1, QStringLiteral("no answer at all")};
+    }
+    const Answer answer{job->error() == 0, job->error(), job->errorText()};
     delete job;
     return answer;
 }
@@ -73,6 +83,7 @@ private Q_SLOTS:
     void tellsWhyTheServiceManagerFailed();
     void runsNothingForAnUnsoundCommand_data();
     void runsNothingForAnUnsoundCommand();
+    void answersRequestsThatFollowAtOnce();
     void endsByItselfWhenIdle();
 
 private:
@@ -261,6 +272,16 @@ void HelperBusTest::runsNothingForAnUnsoundCommand()
     QVERIFY(!answer.ok);
     QVERIFY(!answer.text.isEmpty());
     QCOMPARE(m_systemctl.calls(), QStringList());
+}
+
+void HelperBusTest::answersRequestsThatFollowAtOnce()
+{
+    for (int i = 0; i < 200; ++i) {
+        const QByteArray content = "{\"" + QByteArray::number(i) + "\": {}}";
+        const Answer answer = request("writeconfig", writeArguments(settingsPath(), content));
+        QVERIFY2(answer.ok, qPrintable(answer.text));
+        QCOMPARE(getFile(below(settingsPath())), content);
+    }
 }
 
 void HelperBusTest::endsByItselfWhenIdle()

@@ -43,6 +43,8 @@ QStringList processesWith(const QByteArray &text)
 // Holds a bus with a running helper until it is killed.
 int holdBus()
 {
+    // A job that ends would end the program with it.
+    QCoreApplication::setQuitLockEnabled(false);
     PrivateBus bus;
     if (!bus.start() || !bus.setAllowed(true) || !write("{}")) {
         return 1;
