@@ -156,6 +156,19 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("users")});
     }
 
+    void objectsBelowAnAccountHoldNoAccounts()
+    {
+        const CatalogSandbox sandbox;
+        sandbox.addEvent("g", "event", R"({"event-group": "g", "message-audit-events": {"login": {"users": {
+            "message-audit-events": {"x": {"users": {"y": {"succ": "1"}}}}}}}})");
+        const auto root = sandbox.parse({QStringLiteral("root")});
+        const EventTreeItem *inner
+            = Tree::at(root, "g/event/message-audit-events/login/users/message-audit-events/x/users");
+        QVERIFY(inner);
+        QCOMPARE(inner->kind, int(EventTreeItem::Parameter));
+        QCOMPARE(Tree::childNames(inner), QStringList{QStringLiteral("y")});
+    }
+
     void accountCalledLikeARecordIsKeptBesideTheRecords()
     {
         const CatalogSandbox sandbox;
