@@ -12,7 +12,9 @@
 #include <singleeventsparser.h>
 #include <systempaths.h>
 
+#include <QCoreApplication>
 #include <QJsonDocument>
+#include <QSignalBlocker>
 
 #include <algorithm>
 #include <chrono>
@@ -138,6 +140,8 @@ void Rows::addClick(PairedTimer &timer, Input &input, int iterations)
     timer.add(measuredName("click", input), iterations, [&input](benchmark::State &state) {
         Page &page = *input.page;
         const QModelIndex event = page.lastEvent();
+        // What the view does until it shows the change is no part of knowing it.
+        const QSignalBlocker unseen(page.working());
         bool changed = false;
         for (auto _ : state) {
             const bool now = page.click(event);
@@ -145,6 +149,13 @@ void Rows::addClick(PairedTimer &timer, Input &input, int iterations)
                 state.SkipWithError("a click did not switch between changed and unchanged");
             }
             changed = now;
+        }
+    });
+    timer.add(measuredName("click with view", input), iterations, [&input](benchmark::State &state) {
+        const QModelIndex event = input.page->lastEvent();
+        for (auto _ : state) {
+            benchmark::DoNotOptimize(input.page->click(event));
+            QCoreApplication::processEvents();
         }
     });
     timer.add(baseName("click", input), iterations, [&input](benchmark::State &state) {
@@ -206,8 +217,9 @@ void Rows::report(const PairedTimer &timer, const Input &input, ResultTable &tab
     add("save", 3);
     add("keystroke", 3);
     constexpr double longestWait = 100;
-    table.addBound("click, busy", input.name, timer.median(measuredName("click", input)), longestWait);
-    table.addBound("slowest keystroke, busy", input.name, medianOf(input.slowestKeystrokes), longestWait);
+    table.addBound("click with view", input.name, timer.median(measuredName("click with view", input)),
+                   longestWait);
+    table.addBound("slowest keystroke", input.name, medianOf(input.slowestKeystrokes), longestWait);
 }
 
 void Rows::reportGrowth(const PairedTimer &timer, const Input &large, const Input &half, ResultTable &table)

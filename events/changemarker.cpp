@@ -101,23 +101,24 @@ bool compareData(const EventTreeItem &reference, EventTreeItem &working, int col
 
 bool compareChildren(const EventTreeItem &reference, EventTreeItem &working);
 
-/// True when both nodes still share the values of the load and what they show depends on nothing below them.
+/// True when both nodes still share the values of the load.
 bool isUntouched(const EventTreeItem &reference, const EventTreeItem &working)
 {
     return reference.rowData().constData() == working.rowData().constData()
         && reference.checkState == working.checkState
-        && reference.notificationState == working.notificationState
-        && (reference.childCount() == 0 || reference.kind != EventTreeItem::Parameter);
+        && reference.notificationState == working.notificationState;
 }
 
 bool compareColumns(const EventTreeItem &reference, EventTreeItem &working, int columns)
 {
-    if (isUntouched(reference, working)) {
-        return compareChildren(reference, working);
+    bool equal = compareChildren(reference, working);
+    // What an untouched node shows depends on its switch at most, which is one of the children.
+    if (isUntouched(reference, working)
+        && (equal || reference.childCount() == 0 || reference.kind != EventTreeItem::Parameter)) {
+        return equal;
     }
-    bool equal = true;
     for (int column = 0; column < columns; ++column) {
-        equal = ChangeMarker::compareItems(reference, working, column) && equal;
+        equal = compareData(reference, working, column) && equal;
     }
     return equal;
 }

@@ -23,10 +23,18 @@ bool hasName(const EventTreeItem *node, QLatin1String name)
 
 void writeSwitch(EventTreeItem *node, bool on)
 {
-    const QLatin1String text(on ? "1" : "0");
-    if (node->value(1).toString() != text) {
-        node->setData(1, QString(text));
+    const QVariant &value = node->value(1);
+    const QChar digit = QLatin1Char(on ? '1' : '0');
+    if (value.userType() == QMetaType::QString) {
+        // Read in place: a click asks this of every switch of the tree.
+        const auto *text = static_cast<const QString *>(value.constData());
+        if (text->size() == 1 && text->at(0) == digit) {
+            return;
+        }
+    } else if (value.toString() == digit) {
+        return;
     }
+    node->setData(1, QString(digit));
 }
 } // namespace
 

@@ -116,6 +116,11 @@ bool EventItemDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
                                     const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     const EventTreeItem *item = itemOf(index);
+    if (index.column() == 0 && event->type() == QEvent::KeyPress && item && !item->checkable
+        && EventDisplay::isSwitch(*item)) {
+        // A view of whole rows takes keys in the first column; the switch is in the second.
+        return editorEvent(event, model, option, index.siblingAtColumn(1));
+    }
     if (index.column() == 1 && item && EventDisplay::isSwitch(*item) && item->switchChild()) {
         CheckableTreeModel *tree = treeModel(model);
         return tree && isTurn(*event, option.rect) && tree->switchParameter(sourceIndex(index));

@@ -22,6 +22,16 @@ EventTreeItem *EventLookup::findParameter(const EventTreeItem &event, const QStr
     return nullptr;
 }
 
+EventTreeItem *EventLookup::findMessageParameter(const EventTreeItem &event, const QString &name)
+{
+    if (const EventTreeItem *params = event.member(QLatin1String("message-params"))) {
+        if (EventTreeItem *found = params->findChildTopLevelByNativeName(name)) {
+            return found;
+        }
+    }
+    return findParameter(event, name);
+}
+
 EventTreeItem *EventLookup::findEvent(const EventTreeItem &root, const QString &id)
 {
     for (int row = 0; row < root.childCount(); ++row) {

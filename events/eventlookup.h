@@ -16,6 +16,8 @@ namespace EventLookup {
 /// The first member of @p event in pre-order with that native name, at any depth; accounts and what lies
 /// below them are passed over.
 [[nodiscard]] EventTreeItem *findParameter(const EventTreeItem &event, const QString &name);
+/// As findParameter(), but a member of the event's "message-params" comes before any other of that name.
+[[nodiscard]] EventTreeItem *findMessageParameter(const EventTreeItem &event, const QString &name);
 /// The event of that identifier, null when the tree has none.
 [[nodiscard]] EventTreeItem *findEvent(const EventTreeItem &root, const QString &id);
 /// All events of the tree by identifier.

@@ -17,6 +17,7 @@ struct EventNodeFactory::Origin
 
 namespace {
 const OverlayMarks noMarks;
+constexpr int longestShared = 40;
 
 QStringList sortedUnique(QStringList names)
 {
@@ -71,8 +72,35 @@ EventNodeFactory::EventNodeFactory(const NodeDictionary &dictionary, QStringList
 
 QString EventNodeFactory::shared(const QString &text) const
 {
-    constexpr int longest = 40;
-    return text.size() > longest ? text : *m_strings.insert(text);
+    return text.size() > longestShared ? text : *m_strings.insert(text);
+}
+
+/// The columns of a node before its children are known. Most nodes of a large tree are equal switches of many
+/// accounts: they share one row until it is written.
+QVector<QVariant> EventNodeFactory::rowOf(const QString &name, const QJsonValue &value) const
+{
+    if (value.isArray() || value.isObject()) {
+        return {name, QVariant(), QVariant()};
+    }
+    if (!value.isString()) {
+        return {name, value.toVariant(), QVariant()};
+    }
+    const QString text = shared(value.toString());
+    if (name.size() > longestShared || text.size() > longestShared) {
+        return {name, text, QVariant()};
+    }
+    QVector<QVariant> &row = m_rows[{name.constData(), text.constData()}];
+    if (row.isEmpty()) {
+        row = {name, text, QVariant()};
+    }
+    return row;
+}
+
+/// Texts put together piece by piece have room to grow, which a tree of thousands need not carry.
+QString EventNodeFactory::kept(QString &text) const
+{
+    text.squeeze();
+    return shared(text);
 }
 
 EventTreeItem *EventNodeFactory::createEvent(const QString &id, const QJsonObject &description,
@@ -94,7 +122,7 @@ EventTreeItem *EventNodeFactory::createNode(const QString &name, const QJsonValu
                                             const Origin &origin, EventTreeItem *parent) const
 {
     const QString text = shared(name);
-    auto *node = new EventTreeItem({text, QVariant(), QVariant()}, parent);
+    auto *node = new EventTreeItem(rowOf(text, value), parent);
     node->nativeName = text;
     node->kind = EventTreeItem::Parameter;
     node->overlay = origin.overlay;
@@ -106,10 +134,6 @@ EventTreeItem *EventNodeFactory::createNode(const QString &name, const QJsonValu
         node->setData(2, JsonText::compact(array));
     } else if (value.isObject() && isSubjectsNode(node)) {
         node->kind = EventTreeItem::Subjects;
-    } else if (value.isString()) {
-        node->setData(1, shared(value.toString()));
-    } else if (!value.isObject()) {
-        node->setData(1, value.toVariant());
     }
     checkDictionary(node);
     if (value.isObject()) {
@@ -159,7 +183,7 @@ void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &obj
         }
     }
     json += QLatin1Char('}');
-    node->setData(2, json);
+    node->setData(2, kept(json));
 }
 
 void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &object,
@@ -211,7 +235,7 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
         addMissing(*account);
     }
     json += QLatin1Char('}');
-    node->setData(2, json);
+    node->setData(2, kept(json));
 }
 
 void EventNodeFactory::checkDictionary(EventTreeItem *node) const

@@ -6,8 +6,10 @@
 #include "eventtreeitem.h"
 #include "overridemerge.h"
 
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonValue>
+#include <QPair>
 #include <QSet>
 #include <QStringList>
 
@@ -46,10 +48,14 @@ private:
     void createMembers(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
     void createSubjects(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
     [[nodiscard]] QString shared(const QString &text) const;
+    [[nodiscard]] QString kept(QString &text) const;
+    [[nodiscard]] QVector<QVariant> rowOf(const QString &name, const QJsonValue &value) const;
 
     const NodeDictionary &m_dictionary;
     QStringList m_users;
     QStringList m_groups;
     bool m_russian;
     mutable QSet<QString> m_strings; // one copy of every short text of a large tree
+    // Rows by the places of their two texts, which m_strings keeps.
+    mutable QHash<QPair<const QChar *, const QChar *>, QVector<QVariant>> m_rows;
 };

@@ -3,14 +3,17 @@
 
 #include "eventtreeitem.h"
 
+namespace {
+/// Equality that mostly needs no call: walks over whole trees ask it of every node.
+bool isNamed(const QString &name, QLatin1String expected)
+{
+    return name.size() == expected.size() && name == expected;
+}
+} // namespace
+
 EventTreeItem::EventTreeItem(const QVector<QVariant> &itemData, EventTreeItem *parent)
     : TreeItem(itemData, parent)
 {
-}
-
-EventTreeItem *EventTreeItem::parentItem() const
-{
-    return static_cast<EventTreeItem *>(TreeItem::parentItem());
 }
 
 EventTreeItem *EventTreeItem::findChildByNativeName(const QString &name) const
@@ -61,15 +64,17 @@ bool EventTreeItem::isSubject() const
 bool EventTreeItem::isObject() const
 {
     if (kind == Parameter || kind == Subjects) {
-        return childCount() > 0 || value(2).toString().startsWith(QLatin1Char('{'));
+        const QVariant &json = value(2);
+        return childCount() > 0 || (json.isValid() && json.toString().startsWith(QLatin1Char('{')));
     }
     return false;
 }
 
 bool EventTreeItem::isAuditSwitch() const
 {
-    return kind == Parameter && (nativeName == QLatin1String("succ") || nativeName == QLatin1String("fail"))
-        && childCount() == 0 && !isSubject() && !isObject();
+    return kind == Parameter && childCount() == 0
+        && (isNamed(nativeName, QLatin1String("succ")) || isNamed(nativeName, QLatin1String("fail")))
+        && !isSubject() && !isObject();
 }
 
 EventTreeItem *EventTreeItem::switchChild() const
@@ -79,7 +84,8 @@ EventTreeItem *EventTreeItem::switchChild() const
     }
     for (TreeItem *node : children()) {
         auto *child = static_cast<EventTreeItem *>(node);
-        if (child->kind == Parameter && child->nativeName == QLatin1String("enabled") && !child->isObject()) {
+        if (child->kind == Parameter && isNamed(child->nativeName, QLatin1String("enabled"))
+            && !child->isObject()) {
             return child;
         }
     }

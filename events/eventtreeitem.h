@@ -36,7 +36,10 @@ public:
 
     explicit EventTreeItem(const QVector<QVariant> &itemData, EventTreeItem *parent = nullptr);
 
-    [[nodiscard]] EventTreeItem *parentItem() const;
+    [[nodiscard]] EventTreeItem *parentItem() const
+    {
+        return static_cast<EventTreeItem *>(TreeItem::parentItem());
+    }
     [[nodiscard]] EventTreeItem *eventChild(int row) const
     {
         return static_cast<EventTreeItem *>(child(row));

@@ -10,16 +10,24 @@ namespace {
 void appendEscaped(QString &target, const QString &text, bool shield)
 {
     target += QLatin1Char('"');
-    for (const QChar c : text) {
-        if (c == QLatin1Char('"') || c == QLatin1Char('\\')) {
+    const QChar *plain = text.constData(); // start of what needs no escape and is not copied yet
+    const QChar *end = plain + text.size();
+    for (const QChar *c = plain; c != end; ++c) {
+        const ushort code = c->unicode();
+        const bool named = code == '"' || code == '\\';
+        if (!named && code >= 0x20 && code != 0x7f && !(shield && code == '}')) {
+            continue;
+        }
+        target.append(plain, static_cast<int>(c - plain));
+        plain = c + 1;
+        if (named) {
             target += QLatin1Char('\\');
-            target += c;
-        } else if (c.unicode() < 0x20 || c.unicode() == 0x7f || (shield && c == QLatin1Char('}'))) {
-            target += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            target += *c;
         } else {
-            target += c;
+            target += QStringLiteral("\\u%1").arg(code, 4, 16, QLatin1Char('0'));
         }
     }
+    target.append(plain, static_cast<int>(end - plain));
     target += QLatin1Char('"');
 }
 } // namespace

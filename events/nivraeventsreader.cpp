@@ -22,6 +22,9 @@ NivraEventsReader::NivraEventsReader()
     for (quint64 i = 0; i < nvev_groups_count(); ++i) {
         // A missing group is a broken library, not a broken catalog.
         if (!groups[i]) {
+            nvev_free_string_array(groups);
+            nvev_free_string_array(events);
+            nvev_free();
             throw std::logic_error("the catalog library returned a null group identifier");
         }
         groupIds.append(QString::fromUtf8(groups[i]));

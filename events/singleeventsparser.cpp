@@ -170,7 +170,7 @@ EventTreeItem *SingleEventsParser::createEventItem(const QString &id, EventItemT
         makeFiltersFromRules(event);
     }
     const QString nameKey = m_russian ? QStringLiteral("name_ru") : QStringLiteral("name_en");
-    if (const EventTreeItem *name = EventLookup::findParameter(*event, nameKey)) {
+    if (const EventTreeItem *name = EventLookup::findMessageParameter(*event, nameKey)) {
         event->localizedName = name->value(1).toString();
     }
     if (!event->localizedName.isEmpty()) {
@@ -297,7 +297,7 @@ void SingleEventsParser::setItemOptions(EventTreeItem *item) const
             list->setHasAuditRules(true);
         }
     }
-    const EventTreeItem *messageId = EventLookup::findParameter(*item, QStringLiteral("message_id"));
+    const EventTreeItem *messageId = EventLookup::findMessageParameter(*item, QStringLiteral("message_id"));
     if (messageId && m_notificationLookup && m_notificationLookup(messageId->value(1).toString())) {
         item->notificationState = EventTreeItem::NotificationOn;
     }

@@ -14,20 +14,15 @@ TreeItem::~TreeItem()
     qDeleteAll(m_children);
 }
 
-TreeItem *TreeItem::child(int row) const
-{
-    return row >= 0 && row < m_children.size() ? m_children.at(row) : nullptr;
-}
-
 QVariant TreeItem::data(int column) const
 {
     return value(column);
 }
 
-const QVariant &TreeItem::value(int column) const
+const QVariant &TreeItem::noValue()
 {
     static const QVariant invalid;
-    return column >= 0 && column < m_itemData.size() ? m_itemData.at(column) : invalid;
+    return invalid;
 }
 
 bool TreeItem::setData(int column, const QVariant &value)

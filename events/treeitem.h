@@ -26,14 +26,20 @@ public:
     TreeItem &operator=(const TreeItem &) = delete;
 
     /// The child at @p row, null when there is none.
-    [[nodiscard]] TreeItem *child(int row) const;
+    [[nodiscard]] TreeItem *child(int row) const
+    {
+        return row >= 0 && row < m_children.size() ? m_children.at(row) : nullptr;
+    }
     [[nodiscard]] int childCount() const { return m_children.size(); }
     /// The number of columns of this node; nodes of one tree may differ.
     [[nodiscard]] int columnCount() const { return m_itemData.size(); }
     /// The value of @p column, an invalid variant when there is no such column.
     [[nodiscard]] QVariant data(int column) const;
     /// As data(), without a copy; for walks over whole trees.
-    [[nodiscard]] const QVariant &value(int column) const;
+    [[nodiscard]] const QVariant &value(int column) const
+    {
+        return column >= 0 && column < m_itemData.size() ? m_itemData.at(column) : noValue();
+    }
     /// Stores @p value; false, and no change, when there is no such column.
     bool setData(int column, const QVariant &value);
     /// Replaces the whole row of values, whatever its length.
@@ -67,6 +73,8 @@ protected:
     void reserveChildren(int count) { m_children.reserve(count); }
 
 private:
+    [[nodiscard]] static const QVariant &noValue();
+
     QVector<TreeItem *> m_children;
     QVector<QVariant> m_itemData;
     TreeItem *m_parentItem = nullptr;
