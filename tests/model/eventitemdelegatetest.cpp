@@ -88,6 +88,7 @@ private Q_SLOTS:
 
     void clickTurnsTheSwitchOfAParameterAndNothingElse();
     void spaceTurnsTheSwitchOfAParameterAndNothingElse();
+    void spaceOnTheNameTurnsTheSwitchOfTheRow();
     void repetitionIsSwitchedWithoutItsEvent();
     void otherButtonsTurnNothing();
     void releaseInAnotherCellTurnsNothing();
@@ -419,6 +420,20 @@ void EventItemDelegateTest::spaceTurnsTheSwitchOfAParameterAndNothingElse()
     QKeyEvent select(QEvent::KeyPress, Qt::Key_Select, Qt::NoModifier);
     QCoreApplication::sendEvent(m_view.get(), &select);
     QCOMPARE(enabledOf(m_sample->size), QStringLiteral("0"));
+}
+
+void EventItemDelegateTest::spaceOnTheNameTurnsTheSwitchOfTheRow()
+{
+    // Arrow keys stay in the first column of a view that selects rows.
+    m_view->setCurrentIndex(shown(m_sample->size, 0));
+    QTest::keyClick(m_view.get(), Qt::Key_Right);
+    QCOMPARE(m_view->currentIndex().siblingAtColumn(0), m_view->currentIndex());
+    press(m_sample->size, 0, Qt::Key_Space);
+    QCOMPARE(enabledOf(m_sample->size), QStringLiteral("1"));
+    press(m_sample->alice->eventChild(0), 0, Qt::Key_Space);
+    QCOMPARE(valueOf(m_sample->alice->eventChild(0)), QStringLiteral("1"));
+    QCOMPARE(enabledOf(m_sample->event), QStringLiteral("0"));
+    QCOMPARE(m_changed->count(), 2);
 }
 
 void EventItemDelegateTest::repetitionIsSwitchedWithoutItsEvent()

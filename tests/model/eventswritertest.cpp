@@ -413,6 +413,9 @@ void EventsWriterTest::rulesOfAnEventWithoutOverlayAreNot()
     ruledEvent("e", "1")->overlay = false;
     QCOMPARE(rulesContent(), QByteArray());
     QVERIFY(!m_writer->hasAuditRules());
+    // Nor are they when another event has rules to write.
+    ruledEvent("f", "1")->eventChild(1)->setData(1, QStringLiteral("-w /f -k /f"));
+    QCOMPARE(rulesContent(), QByteArray("-w /f -k /f\n"));
 }
 
 void EventsWriterTest::rulesOfANestedObjectFollowItsOwnSwitch()
