@@ -268,7 +268,8 @@ void AdminEventsModule::notificationSettingsFromViewer(const QString &second, co
     const EventTreeItem *root = m_workingModel->rootItem();
     const QHash<QString, EventTreeItem *> events = EventLookup::eventsById(*root);
     for (const EventTreeItem *event : events) {
-        const EventTreeItem *messageId = EventLookup::findParameter(*event, QStringLiteral("message_id"));
+        const EventTreeItem *messageId
+            = EventLookup::findMessageParameter(*event, QStringLiteral("message_id"));
         const QStringList names{event->nativeName, event->localizedName,
                                 messageId ? messageId->value(1).toString() : QString()};
         if (names.contains(first) || names.contains(second)) {

@@ -332,8 +332,14 @@ void LoadTest::theServiceButtonFollowsTheService()
     QVERIFY(button->isEnabled());
     button->click();
     QVERIFY(!button->isEnabled());
-    m_machine.setServiceExitCode(3); // from now on the service manager reports a stopped service
-    QTRY_VERIFY(m_machine.serviceCalls().contains(QStringLiteral("stop syslog-ng")));
+    QTRY_COMPARE(label->text(), QStringLiteral("Logging service stopped."));
+    QCOMPARE(button->text(), QStringLiteral("Start logging service"));
+    QVERIFY(button->isEnabled());
+    button->click();
+    QTRY_COMPARE(label->text(), QStringLiteral("Logging service is running."));
+    QVERIFY(m_machine.serviceCalls().contains(QStringLiteral("stop syslog-ng")));
+    QVERIFY(m_machine.serviceCalls().contains(QStringLiteral("start syslog-ng")));
+    QVERIFY(!label->toolTip().isEmpty());
 }
 
 void LoadTest::aFailedServiceActionIsShownAndTheButtonWorksAgain()

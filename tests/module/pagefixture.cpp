@@ -82,14 +82,16 @@ void PageFixture::writeServiceManager()
     write(m_root.filePath(QStringLiteral("bin/status")), "0");
     const QString manager = m_root.filePath(QStringLiteral("bin/systemctl"));
     write(manager,
-          "#!/bin/sh\ndir=$(dirname \"$0\")\necho \"$@\" >> \"$dir/calls\"\nexit $(cat \"$dir/status\")\n");
+          "#!/bin/sh\n"
+          "dir=$(dirname \"$0\")\n"
+          "echo \"$@\" >> \"$dir/calls\"\n"
+          "case $1 in\n"
+          "status) exit $(cat \"$dir/status\") ;;\n"
+          "stop) echo 3 > \"$dir/status\" ;;\n"
+          "*) echo 0 > \"$dir/status\" ;;\n"
+          "esac\n");
     QFile::setPermissions(
         manager, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
-}
-
-void PageFixture::setServiceExitCode(int code)
-{
-    write(m_root.filePath(QStringLiteral("bin/status")), QByteArray::number(code));
 }
 
 QString PageFixture::serviceCalls() const

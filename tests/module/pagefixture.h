@@ -17,7 +17,7 @@ class QTreeView;
 
 /**
  * A machine for the page: a root directory with a small catalog, the real
- * helper on a private bus, and a service manager that records what it is told.
+ * helper on a private bus, and a service manager that records what it is told and plays along.
  */
 class PageFixture
 {
@@ -37,7 +37,6 @@ public:
     [[nodiscard]] QString catalogPath() const;
     /// What the stand-in service manager was told, one call a line.
     [[nodiscard]] QString serviceCalls() const;
-    void setServiceExitCode(int code);
 
     static void write(const QString &path, const QByteArray &content);
     /// Writes as careful programs do: beside the file, then by rename.
