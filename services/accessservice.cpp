@@ -8,9 +8,6 @@
 #include <KAuth/ExecuteJob>
 #include <KLocalizedString>
 
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QHash>
 #include <QPointer>
 
 namespace {
@@ -50,20 +47,9 @@ QString errorTextOf(const KJob &job, const KAuth::Action &action)
                  action.name(), reasonOf(job.error()), QString::number(job.error()));
 }
 
-/** The jobs that are being carried out, by the name of their action. */
-QHash<QString, KAuth::ExecuteJob *> &runningJobs()
+QString interruptedText(const KAuth::Action &action)
 {
-    static QHash<QString, KAuth::ExecuteJob *> jobs;
-    return jobs;
-}
-
-KAuth::ExecuteJob *createJob(KAuth::Action &action)
-{
-    KAuth::ExecuteJob *const job = action.execute();
-    const QString name = action.name();
-    runningJobs().insert(name, job);
-    QObject::connect(job, &KJob::finished, [name] { runningJobs().remove(name); });
-    return job;
+    return i18nc("1: action identifier", "The program ended before the action %1 did.", action.name());
 }
 
 } // namespace
@@ -76,45 +62,48 @@ AccessService::AccessService(QObject *parent)
 bool AccessService::execute(KAuth::Action &action)
 {
     m_lastError.clear();
+    ActionGate &gate = ActionGate::instance();
     const QPointer<AccessService> self(this);
-    while (const KJob *const ahead = runningJobs().value(action.name())) {
-        QEventLoop loop;
-        connect(ahead, &KJob::finished, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
+    const bool free = gate.waitUntilFree();
     // The nested event loops may deliver the end of our owner.
     if (self.isNull())
         return false;
-    KAuth::ExecuteJob *const job = createJob(action);
-    const bool succeeded = job->exec();
+    if (!free) {
+        m_lastError = interruptedText(action);
+        return false;
+    }
+    KAuth::ExecuteJob *const job = action.execute();
+    gate.pass(job);
+    QString errorText = interruptedText(action);
+    QMap<QString, QVariant> reply;
+    // Read at once: the reply to a later action of the same name, carried out above us, would change them.
+    const auto connection = connect(job, &KJob::result, [&errorText, &reply, job, action] {
+        errorText = job->error() == KJob::NoError ? QString() : errorTextOf(*job, action);
+        reply = job->data();
+    });
+    // Its return value tells no success from an end of the program.
+    job->exec();
+    disconnect(connection);
     if (self.isNull())
         return false;
-    m_lastError = succeeded ? QString() : errorTextOf(*job, action);
-    m_lastReply = job->data();
+    m_lastError = errorText;
+    m_lastReply = reply;
     return m_lastError.isEmpty();
 }
 
 void AccessService::executeAsync(KAuth::Action &action)
 {
     m_lastError.clear();
-    startWhenFree(this, action);
-}
-
-void AccessService::startWhenFree(const QPointer<AccessService> &service, KAuth::Action action)
-{
-    if (const KJob *const ahead = runningJobs().value(action.name())) {
-        // Not with the service as context: what was asked for is done even if the one who asked has gone.
-        connect(
-            ahead, &KJob::finished, QCoreApplication::instance(),
-            [service, action] { startWhenFree(service, action); }, Qt::QueuedConnection);
-        return;
-    }
-    KAuth::ExecuteJob *const job = createJob(action);
-    if (service) {
-        connect(job, &KJob::result, service,
-                [service, action](KJob *ended) { service->asyncActionEnded(ended, action); });
-    }
-    job->start();
+    // What was asked for is done even if the one who asked has gone when its turn comes.
+    ActionGate::instance().whenFree([service = QPointer<AccessService>(this), action] {
+        KAuth::ExecuteJob *const job = KAuth::Action(action).execute();
+        ActionGate::instance().pass(job);
+        if (service) {
+            connect(job, &KJob::result, service,
+                    [service, action](KJob *ended) { service->asyncActionEnded(ended, action); });
+        }
+        job->start();
+    });
 }
 
 void AccessService::asyncActionEnded(KJob *job, const KAuth::Action &action)

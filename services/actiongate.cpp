@@ -2,11 +2,16 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "actiongate.h"
 
+#include "actionids.h"
+
 #include <KJob>
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QEventLoop>
 
-#include <memory>
+#include <utility>
 
 ActionGate &ActionGate::instance()
 {
@@ -14,7 +19,7 @@ ActionGate &ActionGate::instance()
     return gate;
 }
 
-void ActionGate::enter(std::function<void()> start)
+void ActionGate::whenFree(std::function<void()> start)
 {
     if (m_busy) {
         m_waiting.push_back(std::move(start));
@@ -24,42 +29,49 @@ void ActionGate::enter(std::function<void()> start)
     start();
 }
 
-bool ActionGate::enterAndWait()
+bool ActionGate::waitUntilFree()
 {
-    struct Turn
-    {
+    while (m_busy) {
         QEventLoop loop;
-        bool come = false;
-        bool givenUp = false;
-    };
-    const auto turn = std::make_shared<Turn>();
-    enter([this, turn] {
-        if (turn->givenUp) {
-            leave();
-            return;
-        }
-        turn->come = true;
-        turn->loop.quit();
-    });
-    if (!turn->come)
-        turn->loop.exec();
-    turn->givenUp = !turn->come;
-    return turn->come;
+        bool wasFreed = false;
+        connect(this, &ActionGate::freed, &loop, [&loop, &wasFreed] {
+            wasFreed = true;
+            loop.quit();
+        });
+        loop.exec();
+        // An ended application lets no event loop run any more.
+        if (!wasFreed)
+            return false;
+    }
+    return true;
 }
 
-void ActionGate::watch(KJob *job)
+void ActionGate::pass(const KJob *job)
 {
-    // At the result, not after a waiting caller returned: that one may sit below another caller's event loop.
-    connect(job, &KJob::finished, this, &ActionGate::leave);
-}
-
-void ActionGate::leave()
-{
-    m_busy = false;
-    if (m_waiting.empty())
-        return;
-    const std::function<void()> next = std::move(m_waiting.front());
-    m_waiting.pop_front();
     m_busy = true;
-    next();
+    m_running = job;
+    // Not when the caller that waits for it returns: that one may sit below another caller's event loop.
+    connect(job, &KJob::finished, this, [this, job] {
+        if (m_running == job)
+            ended();
+    });
+}
+
+void ActionGate::ended()
+{
+    m_running = nullptr;
+    if (m_waiting.empty()) {
+        m_busy = false;
+        Q_EMIT freed();
+        return;
+    }
+    // Later: the ended job still tells its other listeners, and would tell the next job as well.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            const std::function<void()> next = std::move(m_waiting.front());
+            m_waiting.pop_front();
+            next();
+        },
+        Qt::QueuedConnection);
 }

@@ -249,6 +249,78 @@ private Q_SLOTS:
         QCOMPARE(calls(), 7);
     }
 
+    void actionsOfSeveralNamesInFlightAllEnd()
+    {
+        AccessService service(nullptr);
+        QSignalSpy finished(&service, &AccessService::finished);
+        QStringList names;
+        connect(&service, &AccessService::finished, this, [&names](const KAuth::Action *action) {
+            names << action->name().section(QLatin1Char('.'), -1);
+        });
+        const QStringList verbs{QStringLiteral("writeconfig"), QStringLiteral("exportconfig"),
+                                QStringLiteral("importconfig"), QStringLiteral("writeconfig")};
+        for (const QString &verb : verbs) {
+            KAuth::Action action(ActionIds::helper() + QLatin1Char('.') + verb);
+            action.setHelperId(ActionIds::helper());
+            service.executeAsync(action);
+        }
+        AccessService other(nullptr);
+        QVERIFY2(run(other, "/etc/x"), qPrintable(other.errorString()));
+        // Asked last, carried out last.
+        QCOMPARE(names, verbs);
+        QCOMPARE(other.getActionResult(QStringLiteral("calls")).toInt(), verbs.size() + 1);
+    }
+
+    void actionsThatWaitAboveOneAnotherAllEnd()
+    {
+        AccessService outer(nullptr);
+        AccessService inner(nullptr);
+        AccessService innermost(nullptr);
+        bool innerSucceeded = false;
+        bool innermostSucceeded = false;
+        QTimer::singleShot(0, this, [&] {
+            QTimer::singleShot(0, this, [&] { innermostSucceeded = run(innermost, "/etc/innermost"); });
+            innerSucceeded = run(inner, "/etc/inner");
+        });
+        QVERIFY(run(outer, "/etc/outer"));
+        QVERIFY(innerSucceeded);
+        QVERIFY(innermostSucceeded);
+        QCOMPARE(asked(outer).value(QStringLiteral("path")).toString(), QStringLiteral("/etc/outer"));
+        QCOMPARE(asked(inner).value(QStringLiteral("path")).toString(), QStringLiteral("/etc/inner"));
+        QCOMPARE(asked(innermost).value(QStringLiteral("path")).toString(), QStringLiteral("/etc/innermost"));
+        QCOMPARE(calls(), 4);
+    }
+
+    void anActionThatTheProgramsEndInterruptsIsNotASuccess_data()
+    {
+        QTest::addColumn<bool>("waits");
+        QTest::newRow("while it runs") << false;
+        QTest::newRow("while it waits for another") << true;
+    }
+    void anActionThatTheProgramsEndInterruptsIsNotASuccess()
+    {
+        QFETCH(bool, waits);
+        AccessService service(nullptr);
+        AccessService other(nullptr);
+        bool ran = false;
+        bool succeeded = true;
+        QTimer::singleShot(0, this, [&] {
+            if (waits) {
+                KAuth::Action ahead = writeAction(QStringLiteral("/etc/ahead"));
+                other.executeAsync(ahead);
+            }
+            QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+            succeeded = run(service, "/etc/x");
+            ran = true;
+        });
+        QCoreApplication::exec();
+        QVERIFY(ran);
+        QVERIFY(!succeeded);
+        QVERIFY2(service.errorString().contains(QLatin1String("org.nivra.kcm.adminevents.writeconfig")),
+                 qPrintable(service.errorString()));
+        QVERIFY(calls() > 0);
+    }
+
     void oneActionAfterTheOtherGetsItsOwnReply()
     {
         ConfigAccessService service(nullptr);

@@ -1,9 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "answerorder.h"
+
 #include <KAuth/ActionReply>
 #include <KAuth/HelperSupport>
 
 #include <QObject>
+
+#include <cstdio>
 
 namespace {
 
@@ -51,6 +55,14 @@ private:
 int main(int argc, char **argv)
 {
     EchoHelper helper;
+    AdminEventsHelper::AnswerOrder answers;
+    QMetaObject::invokeMethod(
+        &answers,
+        [&answers] {
+            if (!answers.takeOver())
+                std::fputs("echohelper: the order of answers is the framework's\n", stderr);
+        },
+        Qt::QueuedConnection);
     return KAuth::HelperSupport::helperMain(argc, argv, "org.nivra.kcm.adminevents", &helper);
 }
 
