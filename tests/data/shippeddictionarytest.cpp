@@ -32,6 +32,13 @@ private Q_SLOTS:
     void everyExampleIsUsed();
 
 private:
+    /// What the page knows about @p name; a plain entry when it knows nothing.
+    [[nodiscard]] NodeDictionary::Entry entry(const QString &name) const
+    {
+        const NodeDictionary::Entry *found = m_dictionary.find(name);
+        return found ? *found : NodeDictionary::Entry();
+    }
+
     [[nodiscard]] QString member(const QString &name, const char *key) const
     {
         return m_entries.value(name).toObject().value(QLatin1String(key)).toString();
@@ -68,7 +75,7 @@ void ShippedDictionaryTest::everyParameterHasAnEntry()
 {
     for (const QString &name : std::as_const(m_names)) {
         QVERIFY2(m_dictionary.find(name), qPrintable(name));
-        QVERIFY2(!m_dictionary.find(name)->russianName.isEmpty(), qPrintable(name));
+        QVERIFY2(!entry(name).russianName.isEmpty(), qPrintable(name));
     }
 }
 
@@ -94,18 +101,17 @@ void ShippedDictionaryTest::entriesHoldKnownMembersOnly()
                                      QStringLiteral("children_editable")};
     static const QSet<QString> texts{QStringLiteral("ru"), QStringLiteral("type"), QStringLiteral("min"),
                                      QStringLiteral("max"), QStringLiteral("unit")};
-    for (auto entry = m_entries.constBegin(); entry != m_entries.constEnd(); ++entry) {
-        const QJsonObject members = entry->toObject();
+    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it) {
+        const QJsonObject members = it->toObject();
         for (const QString &flag : flags) {
             const QString value = members.value(flag).toString();
-            QVERIFY2(value == QLatin1String("true") || value == QLatin1String("false"),
-                     qPrintable(entry.key()));
+            QVERIFY2(value == QLatin1String("true") || value == QLatin1String("false"), qPrintable(it.key()));
         }
         const QStringList keys = members.keys();
         for (const QString &key : keys) {
             QVERIFY2(flags.contains(key) || texts.contains(key),
-                     qPrintable(entry.key() + QLatin1Char('/') + key));
-            QVERIFY2(members.value(key).isString(), qPrintable(entry.key() + QLatin1Char('/') + key));
+                     qPrintable(it.key() + QLatin1Char('/') + key));
+            QVERIFY2(members.value(key).isString(), qPrintable(it.key() + QLatin1Char('/') + key));
         }
     }
 }
@@ -114,13 +120,13 @@ void ShippedDictionaryTest::russianNamesAreUnique()
 {
     static const QRegularExpression form(QStringLiteral("\\A[А-ЯЁ][^\\x00-\\x1f]*[^ ]\\z|\\AIP-адрес\\z"));
     QHash<QString, QString> owners;
-    for (auto entry = m_entries.constBegin(); entry != m_entries.constEnd(); ++entry) {
-        const QString russian = member(entry.key(), "ru");
-        QVERIFY2(form.match(russian).hasMatch(), qPrintable(entry.key()));
+    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it) {
+        const QString russian = member(it.key(), "ru");
+        QVERIFY2(form.match(russian).hasMatch(), qPrintable(it.key()));
         const QString folded = russian.toLower();
         QVERIFY2(!owners.contains(folded),
-                 qPrintable(entry.key() + QLatin1String(" is called like ") + owners.value(folded)));
-        owners.insert(folded, entry.key());
+                 qPrintable(it.key() + QLatin1String(" is called like ") + owners.value(folded)));
+        owners.insert(folded, it.key());
     }
 }
 
@@ -129,8 +135,7 @@ void ShippedDictionaryTest::internalsAreHidden()
     for (const char *name :
          {"enabled", "event-group", "name_en", "name_ru", "message-depends", "conflicts-with",
           "is-not-redirected", "generates-load", "message-audit-rules"}) {
-        const NodeDictionary::Entry *entry = m_dictionary.find(QLatin1String(name));
-        QVERIFY2(entry && !entry->visible, name);
+        QVERIFY2(!entry(QLatin1String(name)).visible, name);
     }
 }
 
@@ -139,33 +144,33 @@ void ShippedDictionaryTest::whatAnAdministratorNeedsIsShown()
     for (const char *name : {"message_id", "message-type", "extend-message-params", "filter-values",
                              ".auditd.key", "notification_repetition", "interval", "directories",
                              "message-audit-events", "users", "groups", "other", "succ", "fail"}) {
-        const NodeDictionary::Entry *entry = m_dictionary.find(QLatin1String(name));
-        QVERIFY2(entry && entry->visible, name);
+        QVERIFY2(m_dictionary.find(QLatin1String(name)), name);
+        QVERIFY2(entry(QLatin1String(name)).visible, name);
     }
 }
 
 void ShippedDictionaryTest::identifiersCannotBeEdited()
 {
     for (const char *name : {"message_id", "message-type", "field"}) {
-        const NodeDictionary::Entry *entry = m_dictionary.find(QLatin1String(name));
-        QVERIFY2(entry && !entry->editable, name);
+        QVERIFY2(m_dictionary.find(QLatin1String(name)), name);
+        QVERIFY2(!entry(QLatin1String(name)).editable, name);
     }
     // A child that may be edited because its parent says so would be editable after all.
     for (const char *name : {"message-params", "extend-message-params"}) {
-        QVERIFY2(!m_dictionary.find(QLatin1String(name))->childrenEditable, name);
+        QVERIFY2(!entry(QLatin1String(name)).childrenEditable, name);
     }
     for (const QString &name : std::as_const(m_extended)) {
-        QVERIFY2(!m_dictionary.find(name)->childrenEditable, qPrintable(name));
+        QVERIFY2(!entry(name).childrenEditable, qPrintable(name));
     }
 }
 
 void ShippedDictionaryTest::filterValuesCanBeEdited()
 {
-    QVERIFY(m_dictionary.find(QStringLiteral("filter-values"))->childrenEditable);
+    QVERIFY(entry(QStringLiteral("filter-values")).childrenEditable);
     for (const CatalogFiles::Event &event : std::as_const(m_catalog.events)) {
         const QStringList names = event.description.value(QLatin1String("filter-values")).toObject().keys();
         for (const QString &name : names) {
-            QVERIFY2(m_dictionary.find(name)->visible, qPrintable(name));
+            QVERIFY2(entry(name).visible, qPrintable(name));
         }
     }
 }
@@ -175,7 +180,7 @@ void ShippedDictionaryTest::switchableParametersAreNotGreyedOut()
     for (const CatalogFiles::Event &event : std::as_const(m_catalog.events)) {
         const QJsonObject parameters = extendedParameters(event);
         for (auto it = parameters.begin(); it != parameters.end(); ++it) {
-            QVERIFY2(m_dictionary.find(it.key())->editable == it->isObject(),
+            QVERIFY2(entry(it.key()).editable == it->isObject(),
                      qPrintable(event.id + QLatin1Char('/') + it.key()));
         }
     }
@@ -183,21 +188,21 @@ void ShippedDictionaryTest::switchableParametersAreNotGreyedOut()
 
 void ShippedDictionaryTest::theIntervalIsANumberInItsRange()
 {
-    const NodeDictionary::Entry *interval = m_dictionary.find(QStringLiteral("interval"));
-    QVERIFY(interval->isNumber && interval->hasRange && interval->editable);
-    QCOMPARE(interval->minimum, 5);
-    QCOMPARE(interval->maximum, 3600);
+    const NodeDictionary::Entry interval = entry(QStringLiteral("interval"));
+    QVERIFY(interval.isNumber && interval.hasRange && interval.editable);
+    QCOMPARE(interval.minimum, 5);
+    QCOMPARE(interval.maximum, 3600);
 }
 
 void ShippedDictionaryTest::numbersHaveARange()
 {
     int numbers = 0;
-    for (auto entry = m_entries.constBegin(); entry != m_entries.constEnd(); ++entry) {
-        const NodeDictionary::Entry *read = m_dictionary.find(entry.key());
-        const bool typed = entry->toObject().contains(QLatin1String("type"));
-        QVERIFY2(typed == read->isNumber, qPrintable(entry.key()));
-        QVERIFY2(typed == (read->hasRange && read->minimum < read->maximum), qPrintable(entry.key()));
-        QVERIFY2(typed != member(entry.key(), "unit").isEmpty(), qPrintable(entry.key()));
+    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it) {
+        const NodeDictionary::Entry read = entry(it.key());
+        const bool typed = it->toObject().contains(QLatin1String("type"));
+        QVERIFY2(typed == read.isNumber, qPrintable(it.key()));
+        QVERIFY2(typed == (read.hasRange && read.minimum < read.maximum), qPrintable(it.key()));
+        QVERIFY2(typed != member(it.key(), "unit").isEmpty(), qPrintable(it.key()));
         numbers += typed;
     }
     QCOMPARE(numbers, 3);

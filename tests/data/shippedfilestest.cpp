@@ -256,6 +256,6 @@ void ShippedFilesTest::theDesktopFileNamesACategoryOfTheShell()
     QVERIFY2(!wanted.isEmpty() && offered.contains(wanted), qPrintable(wanted));
 }
 
-QTEST_MAIN(ShippedFilesTest)
+QTEST_GUILESS_MAIN(ShippedFilesTest)
 
 #include "shippedfilestest.moc"
