@@ -4,6 +4,7 @@
 #include "eventnodefactory.h"
 
 #include "checkstates.h"
+#include "eventtreeclone.h"
 #include "jsontext.h"
 #include "nodedictionary.h"
 
@@ -36,6 +37,23 @@ bool isFixedName(const QString &name)
 {
     return name == QLatin1String("enabled") || name == QLatin1String("message-depends")
         || name == QLatin1String("message-audit-events") || isOverlayName(name);
+}
+
+/// Appends a member to the text of an object whose end is still open.
+void appendMember(QString &json, const QString &name, const QString &value)
+{
+    json += json.size() > 1 ? QLatin1String(",") : QLatin1String();
+    JsonText::appendQuoted(json, name);
+    json += QLatin1Char(':');
+    json += value;
+}
+
+/// Marks a subjects object, its audit identifier and "message-audit-events".
+void markWithParents(EventTreeItem *subjects)
+{
+    subjects->overlay = true;
+    subjects->parentItem()->overlay = true;
+    subjects->parentItem()->parentItem()->overlay = true;
 }
 
 bool belowSubjects(const EventTreeItem *node)
@@ -193,25 +211,30 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
                                          {QStringLiteral("succ"), QStringLiteral("0")}};
     const OverlayMarks &marks = origin.marks ? *origin.marks : noMarks;
     if (!marks.records.isEmpty()) {
-        // The records themselves are dropped from these objects.
-        node->overlay = true;
-        node->parentItem()->overlay = true;
-        node->parentItem()->parentItem()->overlay = true;
+        markWithParents(node); // the records themselves are dropped from these objects
     }
     const QStringList &accounts = node->nativeName == QLatin1String("users") ? m_users : m_groups;
     node->reserve(accounts.size() + object.size());
     QString json(QLatin1Char('{'));
     const auto add = [&](const QString &name, const QJsonValue &value, const Origin &inner) {
         const EventTreeItem *child = createNode(name, value, inner, node);
-        json += json.size() > 1 ? QLatin1String(",") : QLatin1String();
-        JsonText::appendQuoted(json, name);
-        json += QLatin1Char(':');
-        json += value.isObject() ? child->value(2).toString() : JsonText::compact(value);
+        appendMember(json, name, value.isObject() ? child->value(2).toString() : JsonText::compact(value));
+        return child;
     };
+    const EventTreeItem *pattern = nullptr; // accounts that nothing is said of differ in their names only
     const auto addMissing = [&](const QString &name) {
-        if (!object.contains(name) || marks.records.contains(name)) {
-            add(name, switchedOff, {});
+        if (object.contains(name) && !marks.records.contains(name)) {
+            return;
         }
+        if (!pattern) {
+            pattern = add(name, switchedOff, {});
+            return;
+        }
+        EventTreeItem *child = EventTreeClone::copyNode(*pattern, node).release();
+        child->nativeName = name;
+        child->setData(0, name);
+        node->appendChild(child);
+        appendMember(json, name, child->value(2).toString());
     };
     // Both lists are sorted, all but alike (JSON keys differ beyond U+FFFF): walk them side by side.
     auto account = accounts.begin();

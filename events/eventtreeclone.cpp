@@ -6,8 +6,7 @@
 #include "eventlookup.h"
 #include "eventtreeitem.h"
 
-namespace {
-std::unique_ptr<EventTreeItem> copyNode(const EventTreeItem &source, EventTreeItem *parent)
+std::unique_ptr<EventTreeItem> EventTreeClone::copyNode(const EventTreeItem &source, EventTreeItem *parent)
 {
     auto copy = std::make_unique<EventTreeItem>(source.rowData(), parent);
     copy->checkable = source.checkable;
@@ -30,7 +29,6 @@ std::unique_ptr<EventTreeItem> copyNode(const EventTreeItem &source, EventTreeIt
     }
     return copy;
 }
-} // namespace
 
 std::unique_ptr<EventTreeItem> EventTreeClone::clone(const EventTreeItem &root)
 {

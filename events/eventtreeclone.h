@@ -11,4 +11,7 @@ class EventTreeItem;
 /// one is written.
 namespace EventTreeClone {
 [[nodiscard]] std::unique_ptr<EventTreeItem> clone(const EventTreeItem &root);
-}
+/// Copies a node and all below it, without links between events. The copy's parent is @p parent, which does
+/// not list it yet.
+[[nodiscard]] std::unique_ptr<EventTreeItem> copyNode(const EventTreeItem &source, EventTreeItem *parent);
+} // namespace EventTreeClone
