@@ -41,6 +41,11 @@ void AdminEventsModule::createView()
     view->setAlternatingRowColors(true);
     view->setAccessibleName(i18n("Security events"));
 
+    // Nodes below the groups have a third column that the header lacks; the view takes it for the right
+    // edge of a selected row and would repaint the first column only.
+    connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, view->viewport(),
+            qOverload<>(&QWidget::update));
+
     auto *delegate = new EventItemDelegate(m_dictionary, view);
     view->setItemDelegate(delegate);
     connect(delegate, &EventItemDelegate::valueRejected, this, [this](const QString &reason) {

@@ -15,6 +15,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPaintEvent>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void theModelsAreEmptyUntilThePageIsShown();
     void bothModelsGetTreesOfTheirOwn();
     void theViewIsSetUpForTheTree();
+    void theWholeRowIsRepaintedWhenTheSelectionMoves();
     void twoArgumentsNameNoEvent();
     void threeArgumentsNameTheEventToShow();
     void aMissingOrEmptyCatalogEndsTheApplication_data();
@@ -101,6 +103,37 @@ void LoadTest::theViewIsSetUpForTheTree()
     QVERIFY(view->isExpanded(group));
     QVERIFY(!view->isExpanded(view->model()->index(0, 0, group)));
     QCOMPARE(page->objectName(), QStringLiteral("AdminEventsModule"));
+}
+
+void LoadTest::theWholeRowIsRepaintedWhenTheSelectionMoves()
+{
+    /// Collects what is painted.
+    class PaintedRegion : public QObject
+    {
+    public:
+        QRegion region;
+
+    protected:
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() == QEvent::Paint) {
+                region += static_cast<QPaintEvent *>(event)->region();
+            }
+            return false;
+        }
+    };
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QTreeView *view = m_machine.view(*page);
+    const QModelIndex event = view->model()->index(0, 0, view->model()->index(0, 0));
+    view->setCurrentIndex(event);
+    QVERIFY(QTest::qWaitForWindowExposed(page.get()));
+    QTest::qWait(50);
+    PaintedRegion painted;
+    view->viewport()->installEventFilter(&painted);
+    view->setCurrentIndex(view->model()->index(1, 0));
+    QTRY_VERIFY(!painted.region.isEmpty());
+    QVERIFY(painted.region.contains(view->visualRect(event.siblingAtColumn(1)).center()));
 }
 
 void LoadTest::twoArgumentsNameNoEvent()
