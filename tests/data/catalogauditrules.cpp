@@ -8,7 +8,6 @@
 #include <algorithm>
 
 namespace {
-using CatalogRules::breach;
 using Event = CatalogFiles::Event;
 
 QString rulesText(const Event &event)

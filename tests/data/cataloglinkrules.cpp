@@ -6,7 +6,6 @@
 #include <QSet>
 
 namespace {
-using CatalogRules::breach;
 using Event = CatalogFiles::Event;
 
 QStringList dependencies(const Event &event)

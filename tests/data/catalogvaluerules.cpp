@@ -7,7 +7,6 @@
 #include <QRegularExpression>
 
 namespace {
-using CatalogRules::breach;
 using Event = CatalogFiles::Event;
 
 bool isSwitchValue(const QJsonValue &value)
