@@ -137,3 +137,22 @@ stop_virtual_display() {
     kill "$virtual_display_process" 2>/dev/null
     wait "$virtual_display_process" 2>/dev/null
 }
+
+# Ends every process that carries a mark in its environment, however it was started: first politely, then by force.
+# Shells that work for the caller carry no mark, since a mark is only ever set for commands. $1: "NAME=value".
+end_marked_processes() {
+    local signal process ended
+    for signal in TERM 0 KILL; do
+        for _ in {1..30}; do
+            ended=no
+            for process in /proc/[0-9]*; do
+                if grep -qzxF "$1" "$process/environ" 2>/dev/null; then
+                    kill "-$signal" "${process#/proc/}" 2>/dev/null && ended=yes
+                fi
+            done
+            [ "$ended" = yes ] || return 0
+            [ "$signal" = 0 ] || break
+            sleep 0.1
+        done
+    done
+}
