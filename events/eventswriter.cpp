@@ -11,6 +11,8 @@
 
 #include <QJsonDocument>
 
+#include <utility>
+
 namespace {
 const QLatin1String separator(", ");
 
@@ -260,14 +262,18 @@ QByteArray EventsWriter::settingsContent(TreeItem *root)
     return QJsonDocument(settings).toJson(QJsonDocument::Indented);
 }
 
-bool EventsWriter::isWritable(TreeItem *root)
+bool EventsWriter::prepare(TreeItem *root)
 {
-    return !settingsContent(root).isEmpty();
+    m_prepared = settingsContent(root);
+    return !m_prepared.isEmpty();
 }
 
 bool EventsWriter::writeEventsConfig(TreeItem *root)
 {
-    const bool written = configAccessService().writeConfig(configFile(), settingsContent(root));
+    if (m_prepared.isEmpty()) {
+        m_prepared = settingsContent(root);
+    }
+    const bool written = configAccessService().writeConfig(configFile(), std::exchange(m_prepared, {}));
     if (!written) {
         m_failures.append(configAccessService().errorString());
     }

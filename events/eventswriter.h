@@ -23,8 +23,11 @@ public:
 
     /// Members of the present settings file that no event of the tree stands for; they are written along.
     void setPreserved(const QJsonObject &members) { m_preserved = members; }
-    /// False when the settings of @p root would not read back as JSON, so that writing would empty the file.
-    [[nodiscard]] bool isWritable(TreeItem *root);
+    /**
+     * Makes the content that the next writeConfig() writes; the tree must not change in between.
+     * @return false when it would not read back as JSON, so that writing would empty the file
+     */
+    [[nodiscard]] bool prepare(TreeItem *root);
 
     /// Writes both files, the settings first; both are tried. False when one of them failed.
     bool writeConfig(TreeItem *root) override;
@@ -52,6 +55,7 @@ private:
     void collectAuditRules(const EventTreeItem &item);
 
     QString m_auditRulesPath;
+    QByteArray m_prepared; // the settings file's content, from prepare() to writeConfig()
     QJsonObject m_preserved;
     bool m_hasAuditRules = false;
     QStringList m_auditRules;

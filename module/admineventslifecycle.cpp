@@ -160,7 +160,7 @@ bool AdminEventsModule::writeEventSettings()
     EventsWriter writer(*m_configAccessService, SystemPaths::eventSettingsFile(),
                         SystemPaths::auditRulesFile());
     writer.setPreserved(membersWithoutEvent(present.object, *root));
-    if (!writer.isWritable(root)) {
+    if (!writer.prepare(root)) {
         showError(i18n("The event settings are nested too deeply to be saved in %1. Nothing was saved.",
                        SystemPaths::eventSettingsFile()));
         return false;

@@ -368,10 +368,10 @@ void EventsWriterTest::textThatDoesNotParseIsNotWritable()
 {
     EventTreeItem *event = TreeMaker::event(m_group, "e", "1");
     EventTreeItem *users = TreeMaker::subjects(event, "users");
-    QVERIFY(m_writer->isWritable(m_root.get()));
+    QVERIFY(m_writer->prepare(m_root.get()));
     flag(event, {QStringLiteral("enabled")});
     users->overlay = true;
-    QVERIFY(!m_writer->isWritable(m_root.get()));
+    QVERIFY(!m_writer->prepare(m_root.get()));
     QCOMPARE(m_writer->settingsContent(m_root.get()), QByteArray());
 }
 

@@ -15,7 +15,9 @@
 #include <systempaths.h>
 
 #include <QAbstractItemModelTester>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -117,7 +119,8 @@ void addSeeds(quint32 count)
 class Machine
 {
 public:
-    explicit Machine(quint32 seed)
+    /// @param shippedData the directory of the shipped data; by default a random catalog is made
+    explicit Machine(quint32 seed, const QString &shippedData = {})
         : maker(seed)
         , storage(QString())
         , reference(storage)
@@ -125,8 +128,21 @@ public:
     {
         qputenv("ADMINEVENTS_ROOT", directory.path().toLocal8Bit());
         QDir(directory.path()).mkpath(QStringLiteral("etc"));
-        maker.writeCatalog(directory.path());
-        maker.writeDictionary(directory.path());
+        if (shippedData.isEmpty()) {
+            maker.writeCatalog(directory.path());
+            maker.writeDictionary(directory.path());
+        } else {
+            link(shippedData + QStringLiteral("/event-settings"), SystemPaths::eventSettingsDirectory());
+            link(shippedData + QStringLiteral("/zep-admin-events/eventsdictionary.json"),
+                 SystemPaths::nodeDictionary());
+        }
+    }
+
+    void link(const QString &source, const QString &logicalPath) const
+    {
+        const QString place = SystemPaths::resolve(logicalPath);
+        QDir().mkpath(QFileInfo(place).path());
+        QVERIFY(QFile::link(source, place));
     }
 
     [[nodiscard]] QString settingsPath() const
@@ -216,6 +232,8 @@ class RoundTripTest : public QObject
 private Q_SLOTS:
     void settingsSurviveLoadEditSaveLoad_data();
     void settingsSurviveLoadEditSaveLoad();
+    void theShippedCatalogSurvivesEdits_data() { addSeeds(20); }
+    void theShippedCatalogSurvivesEdits();
     void checkingAndUncheckingChangesNothingElse_data() { addSeeds(100); }
     void checkingAndUncheckingChangesNothingElse();
     void savedTextAlwaysParses_data() { addSeeds(100); }
@@ -254,6 +272,21 @@ void RoundTripTest::settingsSurviveLoadEditSaveLoad()
         machine.load();
         QVERIFY(meaningOf(*machine.working.rootItem()) == loaded);
     }
+}
+
+void RoundTripTest::theShippedCatalogSurvivesEdits()
+{
+    QFETCH(quint32, seed);
+    Machine machine(seed, QStringLiteral(ADMINEVENTS_DATA_PATH));
+    machine.load();
+    machine.editAtRandom(60);
+    const QStringList edited = meaningOf(*machine.working.rootItem());
+    QVERIFY(edited.size() > 1000);
+    const QByteArray first = machine.save();
+    machine.load();
+    const QStringList loaded = meaningOf(*machine.working.rootItem());
+    QVERIFY2(edited == loaded, qPrintable(firstDifference(edited, loaded)));
+    QCOMPARE(machine.save(), first);
 }
 
 void RoundTripTest::checkingAndUncheckingChangesNothingElse()
