@@ -27,6 +27,8 @@
 #include <QMessageBox>
 #include <QScopedValueRollback>
 
+#include <utility>
+
 namespace {
 /// The members that stand for no event of the tree, or hold nothing that an event could take.
 QJsonObject membersWithoutEvent(const QJsonObject &settings, const EventTreeItem &root)
@@ -246,6 +248,9 @@ void AdminEventsModule::configsChanged(const QString &)
 
 void AdminEventsModule::dataChanged()
 {
+    if (std::exchange(m_valueRejected, false)) {
+        m_messageBar->hide(); // what was refused has been dealt with
+    }
     // A change shows in other rows as well: linked events, groups, switches of hidden values.
     m_ui->singleEventsView->viewport()->update();
     Q_EMIT changed(!compareModels());

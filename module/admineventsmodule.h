@@ -102,5 +102,6 @@ private:
     QString m_secondViewerArgument;
     bool m_accessed = false;
     bool m_reloading = false;
+    bool m_valueRejected = false; // the message bar says why
     bool m_sngRunning = false; // as last shown
 };

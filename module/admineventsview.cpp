@@ -52,6 +52,7 @@ void AdminEventsModule::createView()
         m_messageBar->setMessageType(KMessageWidget::Warning);
         m_messageBar->setText(reason);
         m_messageBar->show();
+        m_valueRejected = true;
     });
 
     connect(m_workingModel, &CheckableTreeModel::modelReset, this, &AdminEventsModule::expandSeView);

@@ -352,6 +352,9 @@ void LoadTest::aRefusedValueIsExplainedInTheMessageBar()
     QTRY_VERIFY(page->findChild<KMessageWidget *>(QStringLiteral("messageBar"))->isVisibleTo(page.get()));
     QCOMPARE(interval->data(1).toString(), QStringLiteral("30"));
     QVERIFY(page->compareModels());
+    // The next change that is taken takes the message away.
+    m_machine.type(*page, QStringLiteral("watch"), {QStringLiteral("interval")}, QStringLiteral("60"));
+    QVERIFY(!page->findChild<KMessageWidget *>(QStringLiteral("messageBar"))->isVisibleTo(page.get()));
 }
 
 void LoadTest::theServiceButtonFollowsTheService()
