@@ -63,8 +63,9 @@ class PrivateBusTest : public QObject
 private Q_SLOTS:
     void refusesBeforeTheStart();
     void refusesAnAbsentRoot();
-    void servesAnAwkwardRootAndLeavesNothingRunning();
     void endsWithAKilledTestProgram();
+    // Last: a process whose bus has gone must not run an event loop any more, see PrivateBus.
+    void servesAnAwkwardRootAndLeavesNothingRunning();
 };
 
 void PrivateBusTest::refusesBeforeTheStart()

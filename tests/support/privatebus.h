@@ -19,6 +19,9 @@ class PrivateBusPrivate;
  * it in initTestCase(), before anything asks for QDBusConnection::systemBus() or runs an action; a
  * QCoreApplication must exist.
  *
+ * Destroy it last: the authority's client library ends the process when its event loop runs after the bus has
+ * gone.
+ *
  * Until setAllowed() or setAllowedActions() the authority refuses every action.
  */
 class PrivateBus
