@@ -5,6 +5,10 @@
 
 void SettingsTidy::tidy(QString &text, bool hasAuditEvents)
 {
+    // All that needs repair ends like this, and most events have nothing of it.
+    if (!text.contains(QLatin1String("  }"))) {
+        return;
+    }
     const QString objectEnd = QStringLiteral("},  }");
     const QString objectsClosed = QStringLiteral("} }");
     text.replace(objectEnd, objectsClosed);
