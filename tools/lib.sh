@@ -125,7 +125,8 @@ wait_until() {
 start_virtual_display() {
     local numbers
     numbers=$(mktemp) || exit 1
-    setpriv --pdeathsig TERM Xvfb -displayfd 9 -screen 0 1024x768x24 -nolisten tcp 9>"$numbers" 2>"$1" &
+    # A display that starts afresh when its last client goes turns away the next one meanwhile.
+    setpriv --pdeathsig TERM Xvfb -displayfd 9 -screen 0 1024x768x24 -nolisten tcp -noreset 9>"$numbers" 2>"$1" &
     virtual_display_process=$!
     wait_until 20 test -s "$numbers" || die "the virtual display did not start: $(cat "$1")"
     # shellcheck disable=SC2034 # for the caller
