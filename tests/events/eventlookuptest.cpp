@@ -4,6 +4,7 @@
 #include "catalogsandbox.h"
 
 #include <eventlookup.h>
+#include <eventtreeitem.h>
 
 #include <QTest>
 
@@ -12,6 +13,27 @@ class EventLookupTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void messageParametersComeBeforeOthersOfTheirName()
+    {
+        const auto add = [](EventTreeItem *parent, const char *name, const char *value) {
+            auto *node = new EventTreeItem(
+                {QString::fromLatin1(name), QString::fromLatin1(value), QVariant()}, parent);
+            node->nativeName = QString::fromLatin1(name);
+            node->kind = EventTreeItem::Parameter;
+            parent->appendChild(node);
+            return node;
+        };
+        EventTreeItem event({QStringLiteral("e"), QVariant(), QVariant()});
+        EventTreeItem *extended = add(&event, "extend-message-params", "");
+        EventTreeItem *other = add(extended, "name_en", "parameter");
+        EventTreeItem *lone = add(extended, "lone", "x");
+        EventTreeItem *name = add(add(&event, "message-params", ""), "name_en", "event");
+        QCOMPARE(EventLookup::findParameter(event, QStringLiteral("name_en")), other);
+        QCOMPARE(EventLookup::findMessageParameter(event, QStringLiteral("name_en")), name);
+        QCOMPARE(EventLookup::findMessageParameter(event, QStringLiteral("lone")), lone);
+        QVERIFY(!EventLookup::findMessageParameter(event, QStringLiteral("none")));
+    }
+
     void init()
     {
         m_sandbox = std::make_unique<CatalogSandbox>();
