@@ -324,6 +324,12 @@ QModelIndex CheckableTreeModel::findChildByNativeName(const QModelIndex &index, 
     return indexOf(EventLookup::findParameter(*itemAt(index), name));
 }
 
+void CheckableTreeModel::announceChange(const EventTreeItem *item)
+{
+    // Values below it are drawn anew by the page; proxies only need to know that the row changed.
+    Q_EMIT dataChanged(indexOf(item, 0), indexOf(item, 1));
+}
+
 void CheckableTreeModel::setGroupChecked(EventTreeItem *item, bool checked) const
 {
     const int state = checked ? Qt::Checked : Qt::Unchecked;

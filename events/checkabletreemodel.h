@@ -80,6 +80,9 @@ public:
     /// The index of a node of this model's tree.
     [[nodiscard]] QModelIndex indexOf(const EventTreeItem *item, int column = 0) const;
 
+    /// Tells views that @p item, and whatever lies below it, was changed in the tree itself.
+    void announceChange(const EventTreeItem *item);
+
     /// Propagation of a check to linked events, the parent and checkable children.
     void setGroupChecked(EventTreeItem *item, bool checked) const;
     /// Checks or unchecks all events of a group.

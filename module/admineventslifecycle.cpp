@@ -101,6 +101,8 @@ void AdminEventsModule::load_p()
 
 void AdminEventsModule::loadEvents(const SingleEventsParser &parser)
 {
+    m_users = parser.users();
+    m_groups = parser.groups();
     m_workingModel->setRootItem(parser.parse());
     m_referenceModel->setRootItem(parser.parse());
 }

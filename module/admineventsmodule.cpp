@@ -41,6 +41,8 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     connect(m_loggingService, &LoggingService::stateChanged, this, &AdminEventsModule::switchSngStatus);
     connect(m_loggingService, &AccessService::error, this,
             [this](const KAuth::Action *action, const QString &text) {
+                // What failed may have changed the state all the same: a restart that only stopped.
+                switchSngStatus();
                 QMessageBox::critical(this, action->name(), text, QMessageBox::Ok);
                 m_ui->sngStartStopButton->setEnabled(true);
             });

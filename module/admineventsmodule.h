@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "nodeaddress.h"
+
 #include <guardkcmodule.h>
 #include <nodedictionary.h>
 #include <settingsfile.h>
@@ -13,10 +15,13 @@ class CheckableTreeModel;
 class ConfigAccessService;
 class ConfigWatcher;
 class EventConfigStorage;
+class EventTreeItem;
 class EventsProxyModel;
 class KMessageWidget;
 class LoggingService;
+class QMenu;
 class QModelIndex;
+class QPoint;
 class SingleEventsParser;
 class Ui_AdminEventsModule;
 
@@ -65,6 +70,18 @@ public:
 public Q_SLOTS:
     /// Works out anew whether the page holds unsaved changes.
     void dataChanged();
+    /// Selects what was clicked, or reached by an arrow key: the cell and its row's value.
+    void editSelection(const QModelIndex &index);
+    /// Opens the dialog of a value that is edited in one.
+    void editEvent(const QModelIndex &index);
+    /// @param position in the view's viewport
+    void contextMenuRequested(const QPoint &position);
+    /// Gives an event of the working model its catalog values back.
+    void resetEvent(EventTreeItem *item);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
 
 private:
     // Building the page
@@ -72,6 +89,10 @@ private:
     void createView();
     void createMessageBar();
     void expandSeView() const;
+
+    // Working with events
+    [[nodiscard]] EventTreeItem *itemAt(const QModelIndex &proxyIndex) const;
+    void addEventActions(QMenu *menu, EventTreeItem *event);
 
     // Loading and saving
     void checkEventSettingsDirectory();
@@ -97,6 +118,9 @@ private:
     EventsProxyModel *m_proxy = nullptr;
     KMessageWidget *m_messageBar = nullptr;
     ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
+    NodeAddress m_editedNode; // what the open dialog edits
+    QStringList m_users; // the system's, as last loaded
+    QStringList m_groups;
     QByteArray m_loadedSettings; // hash of the settings file as loaded
     QString m_firstViewerArgument;
     QString m_secondViewerArgument;

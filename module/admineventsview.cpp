@@ -55,6 +55,11 @@ void AdminEventsModule::createView()
         m_valueRejected = true;
     });
 
+    connect(view, &QTreeView::clicked, this, &AdminEventsModule::editSelection);
+    connect(view, &QTreeView::doubleClicked, this, &AdminEventsModule::editEvent);
+    view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(view, &QTreeView::customContextMenuRequested, this, &AdminEventsModule::contextMenuRequested);
+
     connect(m_workingModel, &CheckableTreeModel::modelReset, this, &AdminEventsModule::expandSeView);
     connect(m_workingModel, &CheckableTreeModel::dataChanged, this, &AdminEventsModule::dataChanged);
     connect(m_workingModel, &CheckableTreeModel::notificationChanged, this, &AdminEventsModule::dataChanged);
@@ -83,6 +88,8 @@ void AdminEventsModule::switchSngStatus()
     SngHandler *handler = SngHandler::Instance();
     const bool running = handler->getStatus();
     if (running == m_sngRunning && m_accessed) {
+        // Also after a start that came to nothing, the button can be tried again.
+        m_ui->sngStartStopButton->setEnabled(true);
         return;
     }
     m_sngRunning = running;
