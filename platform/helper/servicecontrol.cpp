@@ -9,6 +9,8 @@
 #include <QDeadlineTimer>
 #include <QStandardPaths>
 
+#include <thread>
+
 namespace AdminEventsHelper {
 
 namespace {
@@ -28,6 +30,8 @@ QString verb(ServiceCommand command)
     return QStringLiteral("restart");
 }
 
+constexpr std::chrono::milliseconds settlingTime{300};
+
 // Runs commands one after another within a common limit, leaving a fair share for those still to come.
 class Sequence
 {
@@ -44,6 +48,20 @@ public:
         const auto share = std::chrono::milliseconds(m_deadline.remainingTime()) / m_left;
         --m_left;
         return CommandRunner::run(m_program, {verb, unit}, share);
+    }
+
+    /// As run(); a unit that ends right afterwards was not started, whatever the service manager said.
+    Outcome runToStay(const QString &verb, const QString &unit)
+    {
+        const Outcome done = run(verb, unit);
+        if (!done) {
+            --m_left;
+            return done;
+        }
+        std::this_thread::sleep_for(settlingTime);
+        const Outcome state = run(QStringLiteral("status"), unit);
+        return state ? done
+                     : Outcome::failure(i18n("%1 was started, but ended at once: %2", unit, state.error()));
     }
 
 private:
@@ -91,16 +109,16 @@ Outcome ServiceControl::run(ServiceCommand command) const
     Outcome audit = Outcome::success();
     Outcome logging = Outcome::success();
     if (command == ServiceCommand::Start) {
-        Sequence sequence(m_systemctl, m_limit, 3);
+        Sequence sequence(m_systemctl, m_limit, 4);
         const bool running = sequence.run(QStringLiteral("status"), auditd).ok();
         if (!running) {
             audit = sequence.run(verb(command), auditd);
         }
-        logging = sequence.run(verb(command), logger);
+        logging = sequence.runToStay(verb(command), logger);
     } else if (command == ServiceCommand::Restart) {
-        Sequence sequence(m_systemctl, m_limit, 2);
+        Sequence sequence(m_systemctl, m_limit, 3);
         audit = sequence.run(verb(command), auditd);
-        logging = sequence.run(verb(command), logger);
+        logging = sequence.runToStay(verb(command), logger);
     } else {
         logging = Sequence(m_systemctl, m_limit, 1).run(verb(command), logger);
     }

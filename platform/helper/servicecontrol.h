@@ -26,7 +26,7 @@ Result<ServiceCommand> readServiceCommand(const QVariantMap &arguments);
  *
  * Whatever becomes of auditd, syslog-ng is started or restarted: some systems refuse a restart of auditd by
  * hand, and new logging settings must not wait for that. The failure is reported all the same, since then the
- * new audit rules are not in force.
+ * new audit rules are not in force. A syslog-ng that is gone again shortly after its start is a failure, too.
  */
 class ServiceControl
 {

@@ -250,10 +250,13 @@ void HelperBusTest::controlsTheLoggingService_data()
     QTest::addColumn<QString>("cmd");
     QTest::addColumn<QStringList>("calls");
     QTest::newRow("start") << QStringLiteral("start")
-                           << QStringList{QStringLiteral("status auditd"), QStringLiteral("start syslog-ng")};
+                           << QStringList{QStringLiteral("status auditd"), QStringLiteral("start syslog-ng"),
+                                          QStringLiteral("status syslog-ng")};
     QTest::newRow("stop") << QStringLiteral("stop") << QStringList{QStringLiteral("stop syslog-ng")};
-    QTest::newRow("restart") << QStringLiteral(
-        "restart") << QStringList{QStringLiteral("restart auditd"), QStringLiteral("restart syslog-ng")};
+    QTest::newRow("restart") << QStringLiteral("restart")
+                             << QStringList{QStringLiteral("restart auditd"),
+                                            QStringLiteral("restart syslog-ng"),
+                                            QStringLiteral("status syslog-ng")};
 }
 
 void HelperBusTest::controlsTheLoggingService()

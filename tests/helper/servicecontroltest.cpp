@@ -53,21 +53,31 @@ void ServiceControlTest::runsTheServiceManager_data()
     const QByteArray loggerFails = "case \"$*\" in *syslog-ng) echo bad line 7; exit 5;; esac\n";
 
     QTest::newRow("start beside a running audit daemon")
-        << ServiceCommand::Start << QByteArray() << calls("status auditd,start syslog-ng") << QStringList();
+        << ServiceCommand::Start << QByteArray() << calls("status auditd,start syslog-ng,status syslog-ng")
+        << QStringList();
     QTest::newRow("start both") << ServiceCommand::Start << auditdStopped
-                                << calls("status auditd,start auditd,start syslog-ng") << QStringList();
+                                << calls("status auditd,start auditd,start syslog-ng,status syslog-ng")
+                                << QStringList();
     QTest::newRow("stop the logger only")
         << ServiceCommand::Stop << QByteArray() << calls("stop syslog-ng") << QStringList();
     QTest::newRow("restart both") << ServiceCommand::Restart << QByteArray()
-                                  << calls("restart auditd,restart syslog-ng") << QStringList();
+                                  << calls("restart auditd,restart syslog-ng,status syslog-ng")
+                                  << QStringList();
     QTest::newRow("start without the audit daemon")
-        << ServiceCommand::Start << auditdFails << calls("status auditd,start auditd,start syslog-ng")
+        << ServiceCommand::Start << auditdFails
+        << calls("status auditd,start auditd,start syslog-ng,status syslog-ng")
         << QStringList{QStringLiteral("syslog-ng was started, but"),
                        QStringLiteral("start auditd\" failed with code 1"), QStringLiteral("no rules")};
     QTest::newRow("restart without the audit daemon")
-        << ServiceCommand::Restart << auditdFails << calls("restart auditd,restart syslog-ng")
+        << ServiceCommand::Restart << auditdFails
+        << calls("restart auditd,restart syslog-ng,status syslog-ng")
         << QStringList{QStringLiteral("syslog-ng was restarted, but"),
                        QStringLiteral("restart auditd\" failed with code 1"), QStringLiteral("no rules")};
+    QTest::newRow("a logger that ends at once")
+        << ServiceCommand::Restart
+        << QByteArray("[ \"$*\" != 'status syslog-ng' ] || { echo died; exit 3; }\n")
+        << calls("restart auditd,restart syslog-ng,status syslog-ng")
+        << QStringList{QStringLiteral("syslog-ng was started, but ended at once"), QStringLiteral("died")};
     for (const auto &[command, text] :
          {std::pair(ServiceCommand::Start, "status auditd,start syslog-ng"),
           std::pair(ServiceCommand::Stop, "stop syslog-ng"),
@@ -142,7 +152,8 @@ void ServiceControlTest::aHangingAuditDaemonLeavesTimeForTheLogger()
     QVERIFY(m_systemctl->behave("case \"$*\" in *auditd) sleep 60;; esac\n"));
     const Outcome outcome = ServiceControl(m_systemctl->program(), 1500ms).run(ServiceCommand::Restart);
     QCOMPARE(m_systemctl->calls(),
-             (QStringList{QStringLiteral("restart auditd"), QStringLiteral("restart syslog-ng")}));
+             (QStringList{QStringLiteral("restart auditd"), QStringLiteral("restart syslog-ng"),
+                          QStringLiteral("status syslog-ng")}));
     QVERIFY2(outcome.error().contains(QLatin1String("syslog-ng was restarted")), qPrintable(outcome.error()));
     QVERIFY2(outcome.error().contains(QLatin1String("restart auditd\" did not end")),
              qPrintable(outcome.error()));
