@@ -51,6 +51,9 @@ void writeSubjectsText(EventTreeItem *subjects)
         QJsonObject values;
         for (int member = 0; member < subject->childCount(); ++member) {
             const EventTreeItem *value = subject->eventChild(member);
+            if (value->nativeName.startsWith(QLatin1String("overlay"))) {
+                continue; // a record of the merge
+            }
             values.insert(value->nativeName, value->value(1).toString());
         }
         text.insert(subject->nativeName, values);
