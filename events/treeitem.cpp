@@ -3,6 +3,20 @@
 
 #include "treeitem.h"
 
+#include <algorithm>
+
+namespace {
+bool isBlock(const TreeItem *item, QLatin1String keyword)
+{
+    return item->value(0).toString() == keyword;
+}
+
+const QLatin1String sourceKeyword("source");
+const QLatin1String destinationKeyword("destination");
+const QLatin1String logKeyword("log");
+const QLatin1String eventSource("nivra_events_src");
+} // namespace
+
 TreeItem::TreeItem(const QVector<QVariant> &itemData, TreeItem *parent)
     : m_itemData(itemData)
     , m_parentItem(parent)
@@ -109,4 +123,67 @@ TreeItem *TreeItem::findChildTopLevel(const QString &name) const
         }
     }
     return nullptr;
+}
+
+void TreeItem::createDestChain(const QString &name)
+{
+    auto *chain = new TreeItem({QString(logKeyword), QString(QLatin1String("")), QVariant()}, this);
+    chain->appendChild(new TreeItem({QString(sourceKeyword), QVariant(), QString(eventSource)}, chain));
+    chain->appendChild(new TreeItem({QString(destinationKeyword), QVariant(), name}, chain));
+    appendChild(chain);
+}
+
+int TreeItem::destinationPosition() const
+{
+    for (int i = m_children.size() - 1; i >= 0; --i) {
+        if (isBlock(m_children.at(i), destinationKeyword)) {
+            return i + 1;
+        }
+    }
+    for (int i = 0; i < m_children.size(); ++i) {
+        if (isBlock(m_children.at(i), logKeyword)) {
+            return i;
+        }
+    }
+    return m_children.size();
+}
+
+void TreeItem::appendChildDestination(TreeItem *item)
+{
+    m_children.insert(destinationPosition(), item);
+    createDestChain(item->value(1).toString());
+}
+
+bool TreeItem::hasDestinationOtherThan(const QString &name) const
+{
+    return std::any_of(m_children.begin(), m_children.end(), [&name](const TreeItem *child) {
+        return isBlock(child, destinationKeyword) && child->value(2).toString() != name;
+    });
+}
+
+bool TreeItem::deleteLogChild(const QString &name)
+{
+    const auto namesIt = [&name](const TreeItem *child) {
+        return isBlock(child, destinationKeyword) && child->value(2).toString() == name;
+    };
+    QVector<TreeItem *> found;
+    for (TreeItem *block : qAsConst(m_children)) {
+        if (isBlock(block, logKeyword)
+            && std::any_of(block->m_children.begin(), block->m_children.end(), namesIt)) {
+            found.append(block);
+        }
+    }
+    for (TreeItem *block : qAsConst(found)) {
+        if (!block->hasDestinationOtherThan(name)) {
+            m_children.removeOne(block);
+            delete block;
+            continue;
+        }
+        for (int row = block->childCount() - 1; row >= 0; --row) {
+            if (namesIt(block->child(row))) {
+                block->deleteChild(row);
+            }
+        }
+    }
+    return !found.isEmpty();
 }

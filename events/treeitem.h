@@ -68,12 +68,31 @@ public:
     /// The first direct child whose column 0 equals @p name.
     [[nodiscard]] TreeItem *findChildTopLevel(const QString &name) const;
 
+    /// On the root of the main logging configuration: appends the log path from the event source to the
+    /// destination @p name.
+    void createDestChain(const QString &name);
+    /**
+     * On the root of the main logging configuration: inserts the destination block @p item, and appends its
+     * log path (see createDestChain()).
+     * @param item owned from here on; created with this node as its parent, its name in column 1. It goes
+     *        behind the last destination, else before the first log path, else to the end.
+     */
+    void appendChildDestination(TreeItem *item);
+    /**
+     * On the root of the main logging configuration: takes the destination @p name out of the log paths. A
+     * log path that has no other destination goes as a whole; one that has others keeps them.
+     * @return whether any log path named the destination.
+     */
+    bool deleteLogChild(const QString &name);
+
 protected:
     [[nodiscard]] const QVector<TreeItem *> &children() const { return m_children; }
     void reserveChildren(int count) { m_children.reserve(count); }
 
 private:
     [[nodiscard]] static const QVariant &noValue();
+    [[nodiscard]] int destinationPosition() const;
+    [[nodiscard]] bool hasDestinationOtherThan(const QString &name) const;
 
     QVector<TreeItem *> m_children;
     QVector<QVariant> m_itemData;
