@@ -87,6 +87,7 @@ void AdminEventsModule::switchSngStatus()
 {
     SngHandler *handler = SngHandler::Instance();
     const bool running = handler->getStatus();
+    m_ui->sngStatusLabel->setToolTip(handler->toolTip()); // one service may change without the other
     if (running == m_sngRunning && m_accessed) {
         // Also after a start that came to nothing, the button can be tried again.
         m_ui->sngStartStopButton->setEnabled(true);
@@ -94,7 +95,6 @@ void AdminEventsModule::switchSngStatus()
     }
     m_sngRunning = running;
     setSngAction(running);
-    m_ui->sngStatusLabel->setToolTip(handler->toolTip());
 }
 
 void AdminEventsModule::setSngAction(bool running) const
