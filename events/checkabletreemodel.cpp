@@ -11,6 +11,7 @@
 
 #include <KLocalizedString>
 
+#include <QAbstractProxyModel>
 #include <QColor>
 #include <QPixmap>
 
@@ -59,6 +60,13 @@ void CheckableTreeModel::setRootItem(EventTreeItem *root)
 EventTreeItem *CheckableTreeModel::itemAt(const QModelIndex &index) const
 {
     return index.isValid() ? static_cast<EventTreeItem *>(index.internalPointer()) : m_rootItem.get();
+}
+
+EventTreeItem *CheckableTreeModel::shownItem(const QModelIndex &index)
+{
+    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(index.model());
+    const QModelIndex source = proxy ? proxy->mapToSource(index) : index;
+    return static_cast<EventTreeItem *>(source.internalPointer());
 }
 
 QModelIndex CheckableTreeModel::indexOf(const EventTreeItem *item, int column) const
@@ -143,9 +151,9 @@ QVariant CheckableTreeModel::decoration(const EventTreeItem &item) const
 QString CheckableTreeModel::toolTip(const EventTreeItem &item) const
 {
     if (item.generatesLoad) {
-        return i18n("This event generates a large volume of records in the logs");
+        return EventDisplay::loadText();
     }
-    return item.isNotificationOn() ? i18n("Notifications are enabled for this event") : QString();
+    return item.isNotificationOn() ? EventDisplay::notificationText() : QString();
 }
 
 QVariant CheckableTreeModel::customRole(const QModelIndex &index, const EventTreeItem *item, int role) const

@@ -77,6 +77,8 @@ public:
 
     /// The node behind @p index, the root for an invalid one.
     [[nodiscard]] EventTreeItem *itemAt(const QModelIndex &index) const;
+    /// The node behind an index of such a model or of a proxy over it, null for an invalid one.
+    [[nodiscard]] static EventTreeItem *shownItem(const QModelIndex &index);
     /// The index of a node of this model's tree.
     [[nodiscard]] QModelIndex indexOf(const EventTreeItem *item, int column = 0) const;
 

@@ -108,3 +108,13 @@ bool EventDisplay::isTextEditable(const EventTreeItem &item)
     const QJsonArray array = JsonText::parseArray(item.value(2).toString(), ok);
     return !ok || JsonText::arrayText(array) != item.value(1).toString() || JsonText::isPlainList(array);
 }
+
+QString EventDisplay::loadText()
+{
+    return i18n("This event generates a large volume of records in the logs");
+}
+
+QString EventDisplay::notificationText()
+{
+    return i18n("Notifications are enabled for this event");
+}

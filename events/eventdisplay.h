@@ -24,4 +24,8 @@ enum class SwitchText { NotASwitch, On, Off, None };
 [[nodiscard]] bool isTextEditable(const EventTreeItem &item);
 /// True when column 1 shows a switch that a click turns.
 [[nodiscard]] bool isSwitch(const EventTreeItem &item);
+/// What the icon of an event that generates load means, translated.
+[[nodiscard]] QString loadText();
+/// What the icon of an event with notifications means, translated.
+[[nodiscard]] QString notificationText();
 } // namespace EventDisplay

@@ -24,7 +24,7 @@ QModelIndex sourceIndex(const QModelIndex &index)
 
 const EventTreeItem *itemOf(const QModelIndex &index)
 {
-    return static_cast<const EventTreeItem *>(sourceIndex(index).internalPointer());
+    return CheckableTreeModel::shownItem(index);
 }
 
 CheckableTreeModel *treeModel(QAbstractItemModel *model)
