@@ -41,9 +41,8 @@ QVariant ArgumentReader::take(const QString &key, QMetaType::Type type)
     return *found;
 }
 
-QString ArgumentReader::string(const QString &key, int maximumLength)
+QString ArgumentReader::checked(const QString &key, const QString &text, int maximumLength)
 {
-    const QString text = take(key, QMetaType::QString).toString();
     if (text.size() > maximumLength) {
         refuse(
             i18n("The argument \"%1\" is longer than %2 characters.", key, QString::number(maximumLength)));
@@ -54,6 +53,49 @@ QString ArgumentReader::string(const QString &key, int maximumLength)
         return {};
     }
     return text;
+}
+
+bool ArgumentReader::isTooMany(const QString &key, int count, int maximumCount)
+{
+    if (count > maximumCount) {
+        refuse(i18n("The argument \"%1\" holds more than %2 entries.", key, QString::number(maximumCount)));
+    }
+    return count > maximumCount;
+}
+
+QString ArgumentReader::string(const QString &key, int maximumLength)
+{
+    return checked(key, take(key, QMetaType::QString).toString(), maximumLength);
+}
+
+QStringList ArgumentReader::strings(const QString &key, int maximumCount, int maximumLength)
+{
+    const QStringList values = take(key, QMetaType::QStringList).toStringList();
+    if (isTooMany(key, values.size(), maximumCount)) {
+        return {};
+    }
+    for (const QString &value : values) {
+        (void)checked(key, value, maximumLength);
+    }
+    return values;
+}
+
+QMap<QString, QString> ArgumentReader::texts(const QString &key, int maximumCount, int maximumLength)
+{
+    const QVariantMap values = take(key, QMetaType::QVariantMap).toMap();
+    if (isTooMany(key, values.size(), maximumCount)) {
+        return {};
+    }
+    QMap<QString, QString> texts;
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        if (it->userType() != QMetaType::QString) {
+            refuse(i18n("The argument \"%1\" holds a value that is not a text, for \"%2\".", key,
+                        it.key().left(shownLength)));
+            return {};
+        }
+        texts.insert(checked(key, it.key(), maximumLength), checked(key, it->toString(), maximumLength));
+    }
+    return texts;
 }
 
 QByteArray ArgumentReader::bytes(const QString &key, int maximumSize)

@@ -4,6 +4,7 @@
 
 #include "outcome.h"
 
+#include <QMap>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -25,10 +26,19 @@ public:
     /** A byte array of at most maximumSize bytes; empty when it is not that. */
     QByteArray bytes(const QString &key, int maximumSize);
 
+    /** A list of strings, at most maximumCount of them, each as string() takes it; empty when it is not that.
+     */
+    QStringList strings(const QString &key, int maximumCount, int maximumLength);
+    /** A map of strings, at most maximumCount of them, each as string() takes it; empty when it is not that.
+     */
+    QMap<QString, QString> texts(const QString &key, int maximumCount, int maximumLength);
+
     Outcome outcome() const;
 
 private:
     QVariant take(const QString &key, QMetaType::Type type);
+    QString checked(const QString &key, const QString &text, int maximumLength);
+    bool isTooMany(const QString &key, int count, int maximumCount);
     void refuse(const QString &error);
 
     QVariantMap m_arguments;

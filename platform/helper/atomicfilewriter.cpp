@@ -79,6 +79,18 @@ Outcome AtomicFileWriter::prepare()
     return Outcome::success();
 }
 
+Result<std::optional<QByteArray>> AtomicFileWriter::former() const
+{
+    if (!m_former) {
+        return std::optional<QByteArray>();
+    }
+    Result<QByteArray> bytes = readAll(m_former->get(), m_directory.pathOf(m_name));
+    if (!bytes) {
+        return bytes.outcome();
+    }
+    return std::optional<QByteArray>(bytes.takeValue());
+}
+
 Outcome AtomicFileWriter::takeOver(int from, int to) const
 {
     struct stat former = {};

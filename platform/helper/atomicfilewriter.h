@@ -29,6 +29,9 @@ public:
     /** Looks whether the file may be replaced (it is regular or absent), without changing anything. */
     Outcome prepare();
 
+    /** What the file holds now; nothing when there is none. Only after a successful prepare(). */
+    Result<std::optional<QByteArray>> former() const;
+
     /**
      * Replaces the file by these bytes. Only after a successful prepare().
      * @param backups receives the former content when it differs.

@@ -3,6 +3,7 @@
 #include "helper.h"
 
 #include "configwriter.h"
+#include "fragmentstore.h"
 #include "helperlog.h"
 #include "servicecontrol.h"
 
@@ -34,6 +35,28 @@ KAuth::ActionReply Helper::loggingservicectl(const QVariantMap &arguments)
     }
     return answer(QStringLiteral("loggingservicectl ") + arguments.value(QStringLiteral("cmd")).toString(),
                   ServiceControl(m_options.systemctl).run(command.value()));
+}
+
+KAuth::ActionReply Helper::writenotificationconfigs(const QVariantMap &arguments)
+{
+    const Result<FragmentWriteRequest> request = FragmentWriteRequest::read(arguments);
+    if (!request) {
+        return answer(QStringLiteral("writenotificationconfigs"), request.outcome());
+    }
+    const QStringList names = request.value().fragments.keys();
+    return answer(QStringLiteral("writenotificationconfigs ") + names.join(QLatin1Char(' ')),
+                  FragmentStore(m_options.root).write(request.value()));
+}
+
+KAuth::ActionReply Helper::removenotificationconfigs(const QVariantMap &arguments)
+{
+    const Result<FragmentRemoveRequest> request = FragmentRemoveRequest::read(arguments);
+    if (!request) {
+        return answer(QStringLiteral("removenotificationconfigs"), request.outcome());
+    }
+    const QStringList names = request.value().fileNames;
+    return answer(QStringLiteral("removenotificationconfigs ") + names.join(QLatin1Char(' ')),
+                  FragmentStore(m_options.root).remove(request.value()));
 }
 
 KAuth::ActionReply Helper::answer(const QString &request, const Outcome &outcome) const

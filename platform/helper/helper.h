@@ -29,6 +29,11 @@ public Q_SLOTS:
     /** Starts, stops or restarts the logging service; arguments as readServiceCommand() takes them, no reply
      * data. */
     KAuth::ActionReply loggingservicectl(const QVariantMap &arguments);
+    /** Writes notification fragments; arguments as FragmentWriteRequest::read() takes them, no reply data. */
+    KAuth::ActionReply writenotificationconfigs(const QVariantMap &arguments);
+    /** Removes notification fragments; arguments as FragmentRemoveRequest::read() takes them, no reply data.
+     */
+    KAuth::ActionReply removenotificationconfigs(const QVariantMap &arguments);
 
 private:
     KAuth::ActionReply answer(const QString &request, const Outcome &outcome) const;

@@ -46,7 +46,9 @@ void HelperPolicyTest::declaresTheVerbsOfTheHelper()
 {
     QCOMPARE(m_actions.keys(),
              (QStringList{QStringLiteral("org.nivra.kcm.adminevents.loggingservicectl"),
-                          QStringLiteral("org.nivra.kcm.adminevents.writeconfig")}));
+                          QStringLiteral("org.nivra.kcm.adminevents.removenotificationconfigs"),
+                          QStringLiteral("org.nivra.kcm.adminevents.writeconfig"),
+                          QStringLiteral("org.nivra.kcm.adminevents.writenotificationconfigs")}));
 }
 
 void HelperPolicyTest::everyVerbIsForAdministratorsAndExplainedInBothLanguages_data()
