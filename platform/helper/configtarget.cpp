@@ -3,33 +3,25 @@
 #include "configtarget.h"
 
 #include <KLocalizedString>
-#include <QList>
 
 namespace AdminEventsHelper {
 
-namespace {
-
-QList<ConfigTarget> closedSet()
+QList<ConfigTarget> ConfigTarget::all()
 {
     const QString etc = QStringLiteral("etc");
     return {
-        {{etc}, QStringLiteral("nivra-syslog.conf"), ConfigTarget::Format::EventSettings, 0644},
+        {{etc}, QStringLiteral("nivra-syslog.conf"), Format::EventSettings, 0644},
         {{etc, QStringLiteral("audit"), QStringLiteral("rules.d")},
          QStringLiteral("nivra-syslog.rules"),
-         ConfigTarget::Format::AuditRules,
+         Format::AuditRules,
          0640},
         {{etc, QStringLiteral("syslog-ng"), QStringLiteral("conf.d")},
          QStringLiteral("mod-nivra.conf"),
-         ConfigTarget::Format::Text,
+         Format::MainConfiguration,
          0644},
-        {{etc, QStringLiteral("logrotate.d")},
-         QStringLiteral("syslog-ng-mod-nivra"),
-         ConfigTarget::Format::Text,
-         0644},
+        {{etc, QStringLiteral("logrotate.d")}, QStringLiteral("syslog-ng-mod-nivra"), Format::Rotation, 0644},
     };
 }
-
-} // namespace
 
 QString ConfigTarget::path() const
 {
@@ -38,9 +30,9 @@ QString ConfigTarget::path() const
 
 Result<ConfigTarget> ConfigTarget::find(const QString &path)
 {
-    const QList<ConfigTarget> targets = closedSet();
+    const QList<ConfigTarget> targets = all();
     for (const ConfigTarget &target : targets) {
-        if (target.path() == path) {
+        if (target.isWrittenByPath && target.path() == path) {
             return target;
         }
     }

@@ -132,7 +132,9 @@ Outcome ContentCheck::check(const ConfigTarget &target, const QByteArray &conten
         return checkEventSettings(path, content);
     case ConfigTarget::Format::AuditRules:
         return checkAuditRules(path, content);
-    case ConfigTarget::Format::Text:
+    case ConfigTarget::Format::MainConfiguration:
+    case ConfigTarget::Format::Rotation:
+    case ConfigTarget::Format::Fragment:
         break;
     }
     return Outcome::success();
