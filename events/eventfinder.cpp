@@ -28,7 +28,6 @@ EventFinder::EventFinder(QTreeView *view, CheckableTreeModel *model, EventsProxy
     icon->setText(i18n("Event search"));
     connect(icon, &QAction::triggered, this, &EventFinder::focusSearch);
     field->installEventFilter(this);
-    setFocusProxy(field);
     m_ui->searchPrev->setIcon(QIcon::fromTheme(QStringLiteral("previous")));
     m_ui->searchNext->setIcon(QIcon::fromTheme(QStringLiteral("next")));
     createSearchFilter();

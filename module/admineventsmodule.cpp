@@ -34,6 +34,7 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     createMessageBar();
     createToolButtons();
     createView();
+    createSearch();
 
     setButtons(Help | Apply);
     stateWidget()->setResetButtonVisible(true);

@@ -15,6 +15,7 @@ class CheckableTreeModel;
 class ConfigAccessService;
 class ConfigWatcher;
 class EventConfigStorage;
+class EventFinder;
 class EventTreeItem;
 class EventsProxyModel;
 class KMessageWidget;
@@ -87,6 +88,7 @@ private:
     // Building the page
     void createToolButtons();
     void createView();
+    void createSearch();
     void createMessageBar();
     void expandSeView() const;
 
@@ -116,6 +118,7 @@ private:
     CheckableTreeModel *m_referenceModel = nullptr; // as last loaded
     CheckableTreeModel *m_workingModel = nullptr; // as edited
     EventsProxyModel *m_proxy = nullptr;
+    EventFinder *m_finder = nullptr;
     KMessageWidget *m_messageBar = nullptr;
     ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
     NodeAddress m_editedNode; // what the open dialog edits

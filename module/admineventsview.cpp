@@ -7,6 +7,7 @@
 
 #include <checkabletreemodel.h>
 #include <eventconfigstorage.h>
+#include <eventfinder.h>
 #include <eventitemdelegate.h>
 #include <eventsproxymodel.h>
 #include <loggingservice.h>
@@ -16,6 +17,7 @@
 #include <KMessageWidget>
 
 #include <QHeaderView>
+#include <QShortcut>
 
 void AdminEventsModule::createMessageBar()
 {
@@ -63,6 +65,24 @@ void AdminEventsModule::createView()
     connect(m_workingModel, &CheckableTreeModel::modelReset, this, &AdminEventsModule::expandSeView);
     connect(m_workingModel, &CheckableTreeModel::dataChanged, this, &AdminEventsModule::dataChanged);
     connect(m_workingModel, &CheckableTreeModel::notificationChanged, this, &AdminEventsModule::dataChanged);
+}
+
+void AdminEventsModule::createSearch()
+{
+    m_finder = new EventFinder(m_ui->singleEventsView, m_workingModel, m_proxy);
+    m_ui->searchLayout->addWidget(m_finder);
+    m_ui->searchLayout->addStretch();
+
+    auto *find = new QShortcut(QKeySequence(QKeySequence::Find), this, nullptr, nullptr,
+                               Qt::WidgetWithChildrenShortcut);
+    connect(find, &QShortcut::activated, m_finder, &EventFinder::focusSearch);
+    // A shell may have the key for itself as well.
+    connect(find, &QShortcut::activatedAmbiguously, m_finder, &EventFinder::focusSearch);
+
+    // The search bar was made last, but comes first on the page.
+    setTabOrder(m_finder->findChild<QWidget *>(QStringLiteral("searchNext")), m_ui->singleEventsView);
+    setTabOrder(m_ui->singleEventsView, m_ui->commonSettingsButton);
+    setTabOrder(m_ui->commonSettingsButton, m_ui->sngStartStopButton);
 }
 
 void AdminEventsModule::expandSeView() const
