@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "loggingsandbox.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QThread>
+
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+const char eventSocket[] = "run/syslog-ng/nivra-events";
+
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+LoggingSandbox::LoggingSandbox()
+{
+    write(QStringLiteral("etc/syslog-ng/syslog-ng.conf"),
+          contentsOf(QFileInfo(QStringLiteral(SYSTEMCTL)).path() + QLatin1String("/syslog-ng.conf.in"))
+              .replace("@ROOT@", m_root.path().toUtf8()));
+    write(QStringLiteral("etc/syslog-ng/conf.d/mod-nivra.conf"),
+          contentsOf(QStringLiteral(SHIPPED_DATA "/syslog-ng/mod-nivra.conf")));
+}
+
+LoggingSandbox::~LoggingSandbox()
+{
+    stop();
+}
+
+bool LoggingSandbox::hasSyslogNg()
+{
+    const QStringList places{QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")};
+    return !QStandardPaths::findExecutable(QStringLiteral("syslog-ng"), places).isEmpty();
+}
+
+bool LoggingSandbox::hasPython()
+{
+    const QDir modules(QStringLiteral("/usr/lib/syslog-ng"));
+    const QStringList versions = modules.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &version : versions) {
+        if (!QDir(modules.filePath(version)).entryList({QStringLiteral("libmod-python*.so")}).isEmpty()) {
+            return hasSyslogNg();
+        }
+    }
+    return false;
+}
+
+QByteArray LoggingSandbox::contents(const QString &path) const
+{
+    return contentsOf(below(path));
+}
+
+bool LoggingSandbox::write(const QString &path, const QByteArray &text) const
+{
+    QFile file(below(path));
+    return QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly)
+        && file.write(text) == text.size();
+}
+
+int LoggingSandbox::control(const QString &operation)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setProcessEnvironment(QProcessEnvironment());
+    process.start(QStringLiteral(SYSTEMCTL),
+                  {QStringLiteral("--sandbox"), m_root.path(), operation, QStringLiteral("syslog-ng")});
+    const bool ended = process.waitForFinished(30000) && process.exitStatus() == QProcess::NormalExit;
+    m_output = process.readAll();
+    return ended ? process.exitCode() : -1;
+}
+
+bool LoggingSandbox::start()
+{
+    if (control(QStringLiteral("start")) != 0) {
+        return false;
+    }
+    const QDeadlineTimer deadline(10000);
+    while (!QFileInfo::exists(below(QLatin1String(eventSocket)))) {
+        if (deadline.hasExpired()) {
+            m_output = "the event source did not appear";
+            return false;
+        }
+        QThread::msleep(10);
+    }
+    return true;
+}
+
+void LoggingSandbox::stop()
+{
+    control(QStringLiteral("stop"));
+}
+
+bool LoggingSandbox::isRunning()
+{
+    return control(QStringLiteral("status")) == 0;
+}
+
+bool LoggingSandbox::send(const QByteArray &record) const
+{
+    const QByteArray path = QFile::encodeName(below(QLatin1String(eventSocket)));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (static_cast<size_t>(path.size()) >= sizeof(address.sun_path)) {
+        return false;
+    }
+    std::memcpy(address.sun_path, path.constData(), static_cast<size_t>(path.size()));
+    const int socket = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const ssize_t sent = ::sendto(socket, record.constData(), static_cast<size_t>(record.size()), 0,
+                                  reinterpret_cast<const sockaddr *>(&address), sizeof(address));
+    ::close(socket);
+    return sent == record.size();
+}
+
+QList<QByteArray> LoggingSandbox::logged() const
+{
+    QList<QByteArray> lines = contents(QStringLiteral("vortan/log/nivra/events/events.log")).split('\n');
+    lines.removeLast(); // what follows the last line break
+    return lines;
+}

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QTemporaryDir>
+
+/**
+ * A root directory with the shipped main logging configuration, on which the real syslog-ng of the machine
+ * runs as an ordinary process. It is stopped with the object.
+ */
+class LoggingSandbox
+{
+public:
+    LoggingSandbox();
+    ~LoggingSandbox();
+    LoggingSandbox(const LoggingSandbox &) = delete;
+    LoggingSandbox &operator=(const LoggingSandbox &) = delete;
+
+    [[nodiscard]] static bool hasSyslogNg();
+    /** Whether syslog-ng has its python module. */
+    [[nodiscard]] static bool hasPython();
+
+    /** Absolute path of a file below the root, given without a leading slash. */
+    [[nodiscard]] QString below(const QString &path) const { return m_root.filePath(path); }
+    [[nodiscard]] QByteArray contents(const QString &path) const;
+    bool write(const QString &path, const QByteArray &text) const;
+
+    /** Starts the service and waits for its event source, or says in output() why it does not. */
+    [[nodiscard]] bool start();
+    void stop();
+    [[nodiscard]] bool isRunning();
+    /** What the last call had to say. */
+    [[nodiscard]] QByteArray output() const { return m_output; }
+
+    /** Hands one record to the event source, as the programs that watch for events do. */
+    [[nodiscard]] bool send(const QByteArray &record) const;
+    /** The lines of the event log. */
+    [[nodiscard]] QList<QByteArray> logged() const;
+
+private:
+    int control(const QString &operation);
+
+    QTemporaryDir m_root;
+    QByteArray m_output;
+};
