@@ -108,6 +108,11 @@ QByteArray ArgumentReader::bytes(const QString &key, int maximumSize)
     return value;
 }
 
+int ArgumentReader::integer(const QString &key)
+{
+    return take(key, QMetaType::Int).toInt();
+}
+
 Outcome ArgumentReader::outcome() const
 {
     if (!m_error.isEmpty()) {

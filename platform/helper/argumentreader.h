@@ -26,6 +26,9 @@ public:
     /** A byte array of at most maximumSize bytes; empty when it is not that. */
     QByteArray bytes(const QString &key, int maximumSize);
 
+    /** An integer of 32 bits; 0 when it is not that. */
+    int integer(const QString &key);
+
     /** A list of strings, at most maximumCount of them, each as string() takes it; empty when it is not that.
      */
     QStringList strings(const QString &key, int maximumCount, int maximumLength);

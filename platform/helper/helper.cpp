@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "helper.h"
 
+#include "auditsettingsstore.h"
 #include "configwriter.h"
 #include "fragmentstore.h"
 #include "helperlog.h"
@@ -57,6 +58,33 @@ KAuth::ActionReply Helper::removenotificationconfigs(const QVariantMap &argument
     const QStringList names = request.value().fileNames;
     return answer(QStringLiteral("removenotificationconfigs ") + names.join(QLatin1Char(' ')),
                   FragmentStore(m_options.root).remove(request.value()));
+}
+
+KAuth::ActionReply Helper::getauditsettings(const QVariantMap &arguments)
+{
+    const QString name = QStringLiteral("getauditsettings");
+    const Result<AuditQuery> query = AuditQuery::read(arguments);
+    if (!query) {
+        return answer(name, query.outcome());
+    }
+    const Result<QVariantMap> settings = AuditSettingsStore(m_options.root).get(query.value());
+    KAuth::ActionReply reply = answer(name, settings.outcome());
+    if (settings) {
+        reply.setData(settings.value());
+    }
+    return reply;
+}
+
+KAuth::ActionReply Helper::setauditsettings(const QVariantMap &arguments)
+{
+    const Result<AuditChange> change = AuditChange::read(arguments);
+    if (!change) {
+        return answer(QStringLiteral("setauditsettings"), change.outcome());
+    }
+    return answer(QStringLiteral("setauditsettings %1 (%2 settings)")
+                      .arg(int(change.value().type))
+                      .arg(change.value().values.size()),
+                  AuditSettingsStore(m_options.root).set(change.value()));
 }
 
 KAuth::ActionReply Helper::answer(const QString &request, const Outcome &outcome) const

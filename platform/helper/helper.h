@@ -34,6 +34,11 @@ public Q_SLOTS:
     /** Removes notification fragments; arguments as FragmentRemoveRequest::read() takes them, no reply data.
      */
     KAuth::ActionReply removenotificationconfigs(const QVariantMap &arguments);
+    /** Tells the audit settings of subjects; arguments as AuditQuery::read() takes them, reply data as
+     * AuditSettingsStore::get() makes them. */
+    KAuth::ActionReply getauditsettings(const QVariantMap &arguments);
+    /** Changes audit settings of subjects; arguments as AuditChange::read() takes them, no reply data. */
+    KAuth::ActionReply setauditsettings(const QVariantMap &arguments);
 
 private:
     KAuth::ActionReply answer(const QString &request, const Outcome &outcome) const;

@@ -45,8 +45,10 @@ void HelperPolicyTest::initTestCase()
 void HelperPolicyTest::declaresTheVerbsOfTheHelper()
 {
     QCOMPARE(m_actions.keys(),
-             (QStringList{QStringLiteral("org.nivra.kcm.adminevents.loggingservicectl"),
+             (QStringList{QStringLiteral("org.nivra.kcm.adminevents.getauditsettings"),
+                          QStringLiteral("org.nivra.kcm.adminevents.loggingservicectl"),
                           QStringLiteral("org.nivra.kcm.adminevents.removenotificationconfigs"),
+                          QStringLiteral("org.nivra.kcm.adminevents.setauditsettings"),
                           QStringLiteral("org.nivra.kcm.adminevents.writeconfig"),
                           QStringLiteral("org.nivra.kcm.adminevents.writenotificationconfigs")}));
 }

@@ -1,0 +1,212 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "subjectrules.h"
+
+#include "auditoperations.h"
+#include "numberranges.h"
+
+#include <KLocalizedString>
+
+#include <limits>
+
+namespace AdminEventsHelper {
+
+namespace {
+
+constexpr int successBit = 1;
+constexpr int failureBit = 2;
+// auditctl takes 63 fields a rule; architecture, outcome, key, two for arguments and two for a range of users
+// are kept free.
+constexpr int exclusionLimit = 56;
+
+QByteArray userField(const NumberRange &range)
+{
+    if (range.first == range.last) {
+        return " -F uid=" + QByteArray::number(range.first);
+    }
+    QByteArray field;
+    if (range.first > 0) {
+        field += " -F uid>=" + QByteArray::number(range.first);
+    }
+    if (range.last < std::numeric_limits<quint32>::max()) {
+        field += " -F uid<=" + QByteArray::number(range.last);
+    }
+    return field;
+}
+
+QList<NumberRange> complementOf(const QList<NumberRange> &ranges)
+{
+    QList<NumberRange> gaps;
+    quint32 next = 0;
+    for (const NumberRange &range : ranges) {
+        if (range.first > next) {
+            gaps.append({next, range.first - 1});
+        }
+        if (range.last == std::numeric_limits<quint32>::max()) {
+            return gaps;
+        }
+        next = range.last + 1;
+    }
+    gaps.append({next, std::numeric_limits<quint32>::max()});
+    return gaps;
+}
+
+int numbersIn(const QList<NumberRange> &ranges)
+{
+    quint64 count = 0;
+    for (const NumberRange &range : ranges) {
+        count += quint64(range.last) - range.first + 1;
+    }
+    return int(qMin<quint64>(count, std::numeric_limits<int>::max()));
+}
+
+/** The subjects' fields of the rules that record one outcome of one operation. */
+class Conditions
+{
+public:
+    Conditions(const OperationSettings &settings, int bit)
+        : m_settings(settings)
+        , m_bit(bit)
+    {
+    }
+
+    Result<QList<QByteArray>> make(const QString &identifier)
+    {
+        if ((m_settings.other & m_bit) == 0) {
+            addUsers();
+            addGroups();
+            return m_fields;
+        }
+        const auto lacks = [this](int value) { return value != 0 && (value & m_bit) == 0; };
+        const QList<NumberRange> users = NumberRanges::of(m_settings.users, lacks);
+        const QList<NumberRange> groups = NumberRanges::of(m_settings.groups, lacks);
+        const int groupCount = numbersIn(groups);
+        if (groupCount > exclusionLimit) {
+            return Outcome::failure(i18n(
+                "The operation \"%1\" is recorded of everybody but %2 groups; the kernel takes at most %3.",
+                identifier, QString::number(groupCount), QString::number(exclusionLimit)));
+        }
+        addOthers(users, groups);
+        // Who is excepted by one name, their own or a group's, may be recorded by another.
+        if (!groups.isEmpty()) {
+            addUsers();
+        }
+        if (!users.isEmpty() || !groups.isEmpty()) {
+            addGroups();
+        }
+        return m_fields;
+    }
+
+private:
+    void addUsers()
+    {
+        const QList<NumberRange> ranges
+            = NumberRanges::of(m_settings.users, [this](int value) { return (value & m_bit) != 0; });
+        for (const NumberRange &range : ranges) {
+            m_fields.append(userField(range));
+        }
+    }
+
+    void addGroups()
+    {
+        for (auto it = m_settings.groups.cbegin(); it != m_settings.groups.cend(); ++it) {
+            if ((it.value() & m_bit) != 0) {
+                m_fields.append(" -F gid=" + QByteArray::number(it.key()));
+            }
+        }
+    }
+
+    void addOthers(const QList<NumberRange> &users, const QList<NumberRange> &groups)
+    {
+        const QByteArray withoutGroups = exclusions(" -F gid!=", groups);
+        if (numbersIn(users) + numbersIn(groups) <= exclusionLimit) {
+            m_fields.append(exclusions(" -F uid!=", users) + withoutGroups);
+            return;
+        }
+        for (const NumberRange &gap : complementOf(users)) {
+            m_fields.append(userField(gap) + withoutGroups);
+        }
+    }
+
+    static QByteArray exclusions(const char *field, const QList<NumberRange> &ranges)
+    {
+        QByteArray text;
+        for (const NumberRange &range : ranges) {
+            for (quint64 id = range.first; id <= range.last; ++id) {
+                text += field + QByteArray::number(id);
+            }
+        }
+        return text;
+    }
+
+    const OperationSettings &m_settings;
+    int m_bit;
+    QList<QByteArray> m_fields;
+};
+
+/** As Conditions, of both outcomes: what records both takes one rule. */
+Result<QList<QByteArray>> fieldsOf(const OperationSettings &settings, const QString &identifier)
+{
+    const Result<QList<QByteArray>> success = Conditions(settings, successBit).make(identifier);
+    const Result<QList<QByteArray>> failure = Conditions(settings, failureBit).make(identifier);
+    if (!success || !failure) {
+        return success ? failure.outcome() : success.outcome();
+    }
+    QList<QByteArray> fields;
+    for (const QByteArray &subject : success.value()) {
+        fields.append(failure.value().contains(subject) ? subject : subject + " -F success=1");
+    }
+    for (const QByteArray &subject : failure.value()) {
+        if (!success.value().contains(subject)) {
+            fields.append(subject + " -F success=0");
+        }
+    }
+    return fields;
+}
+
+} // namespace
+
+QByteArray SubjectRules::keyOf(const QString &identifier)
+{
+    return "nivra-subject-" + identifier.toLatin1();
+}
+
+Result<QList<QByteArray>> SubjectRules::make(const SubjectSettings &settings, const QString &machine)
+{
+    QList<QByteArray> rules;
+    int count = 0;
+    for (const QString &identifier : AuditOperations::identifiers()) {
+        const auto operation = settings.constFind(identifier);
+        if (operation == settings.cend()) {
+            continue;
+        }
+        const Result<QList<QByteArray>> fields = fieldsOf(*operation, identifier);
+        if (!fields) {
+            return fields.outcome();
+        }
+        const QList<AuditOperations::Calls> calls = AuditOperations::calls(identifier, machine);
+        if (calls.isEmpty() && !fields.value().isEmpty()) {
+            return Outcome::failure(i18n("The system calls of the machine \"%1\" are not known.", machine));
+        }
+        count += calls.size() * fields.value().size();
+        if (count > ruleLimit) {
+            continue; // only counted
+        }
+        for (const AuditOperations::Calls &call : calls) {
+            for (const QByteArray &subject : fields.value()) {
+                rules.append("-a always,exit -F arch=" + call.arch + " -S " + call.names
+                             + (call.fields.isEmpty() ? QByteArray() : ' ' + call.fields) + subject
+                             + " -F key=" + keyOf(identifier));
+            }
+        }
+    }
+    if (count > ruleLimit) {
+        return Outcome::failure(i18n(
+            "These audit settings need %1 audit rules, and at most %2 may be set. Audit groups in place of "
+            "single users, or everybody.",
+            QString::number(count), QString::number(ruleLimit)));
+    }
+    return rules;
+}
+
+} // namespace AdminEventsHelper

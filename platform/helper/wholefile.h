@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "safedirectory.h"
+
+#include <QByteArray>
+
+#include <optional>
+
+namespace AdminEventsHelper {
+
+namespace WholeFile {
+
+/**
+ * Reads a regular file.
+ * @param limit in bytes; a larger file is a failure.
+ * @return nothing when no file bears the name.
+ */
+Result<std::optional<QByteArray>> read(const SafeDirectory &directory, const QString &name, int limit);
+
+} // namespace WholeFile
+
+} // namespace AdminEventsHelper
