@@ -64,6 +64,21 @@ QString SystemPaths::fragmentDirectory()
     return QStringLiteral("/etc/syslog-ng/conf.d");
 }
 
+QString SystemPaths::notificationDirectory()
+{
+    return QStringLiteral("/usr/share/knotifications5");
+}
+
+QString SystemPaths::homeRoot()
+{
+    return QStringLiteral("/home");
+}
+
+QString SystemPaths::superuserConfiguration()
+{
+    return QStringLiteral("/root/.config");
+}
+
 QString SystemPaths::rotationFile()
 {
     return QStringLiteral("/etc/logrotate.d/syslog-ng-mod-nivra");

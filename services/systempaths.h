@@ -43,6 +43,12 @@ public:
     [[nodiscard]] static QString mainConfiguration();
     /** The directory of the per-event notification fragments. */
     [[nodiscard]] static QString fragmentDirectory();
+    /** The directory of the notification settings files that come with the system. */
+    [[nodiscard]] static QString notificationDirectory();
+    /** The directory of the users' home directories. */
+    [[nodiscard]] static QString homeRoot();
+    /** The superuser's configuration directory, whose notification settings are given to all users. */
+    [[nodiscard]] static QString superuserConfiguration();
     /** The rotation rules for the event log. */
     [[nodiscard]] static QString rotationFile();
     /** The program of the desktop that asks the session for a reboot. */
