@@ -8,6 +8,7 @@
 #include "eventdisplay.h"
 #include "eventlookup.h"
 #include "eventtreeitem.h"
+#include "watchedpaths.h"
 
 #include <KLocalizedString>
 
@@ -272,6 +273,18 @@ bool CheckableTreeModel::switchParameter(const QModelIndex &index)
     const QModelIndex name = index.sibling(index.row(), 0);
     Q_EMIT dataChanged(name, index.sibling(index.row(), 1));
     return true;
+}
+
+bool CheckableTreeModel::setAuditFileRules(const QModelIndex &index, const QVariant &value)
+{
+    if (!index.isValid()) {
+        return false;
+    }
+    const QString opening = QStringLiteral("file-opened");
+    const bool opened = hasName(itemAt(index), QLatin1String("file-opened"))
+        || findParentByNativeName(index, opening).isValid();
+    return setData(index.siblingAtColumn(1),
+                   WatchedPaths::rulesText(WatchedPaths::fromText(value.toString()), opened), Qt::EditRole);
 }
 
 bool CheckableTreeModel::isAuditItem(const QString &name) const

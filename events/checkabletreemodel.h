@@ -64,6 +64,15 @@ public:
      */
     bool switchParameter(const QModelIndex &index);
 
+    /**
+     * Stores the audit rules that watch a list of files as the value of a node.
+     * @param index of the node that keeps the rules; inside of the event "file-opened", or for a node of that
+     * name, they record openings, for any other they record modifications
+     * @param value the paths, separated by commas
+     * @return false when there is no such node
+     */
+    bool setAuditFileRules(const QModelIndex &index, const QVariant &value);
+
     [[nodiscard]] bool isAuditItem(const QString &name) const;
     [[nodiscard]] bool isFileArray(const QModelIndex &index, const EventTreeItem *node) const;
     [[nodiscard]] bool isDirectoryArray(const QModelIndex &index, const EventTreeItem *node) const;
