@@ -6,6 +6,7 @@
 #include "ui_admineventsmodule.h"
 
 #include <checkabletreemodel.h>
+#include <eventexample.h>
 #include <eventlookup.h>
 #include <eventreset.h>
 #include <eventsproxymodel.h>
@@ -84,6 +85,9 @@ void AdminEventsModule::contextMenuRequested(const QPoint &position)
 
 void AdminEventsModule::addEventActions(QMenu *menu, EventTreeItem *event)
 {
+    m_example->prepareExample(event);
+    menu->addAction(QIcon::fromTheme(QStringLiteral("document-edit")), i18n("Show example of an event"),
+                    m_example, &EventExample::showExample);
     // The page may load its trees anew while the menu is open.
     const NodeAddress address(*event);
     menu->addAction(QIcon::fromTheme(QStringLiteral("edit-reset")), i18n("Reset to the default state"), this,

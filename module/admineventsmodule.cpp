@@ -8,6 +8,7 @@
 #include <checkabletreemodel.h>
 #include <configaccessservice.h>
 #include <eventconfigstorage.h>
+#include <eventexample.h>
 #include <eventsproxymodel.h>
 #include <loggingservice.h>
 #include <statewidget.h>
@@ -32,6 +33,7 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
 {
     m_ui->setupUi(this);
     createMessageBar();
+    m_example = new EventExample(this);
     createToolButtons();
     createView();
     createSearch();

@@ -15,6 +15,7 @@ class CheckableTreeModel;
 class ConfigAccessService;
 class ConfigWatcher;
 class EventConfigStorage;
+class EventExample;
 class EventFinder;
 class EventTreeItem;
 class EventsProxyModel;
@@ -119,6 +120,7 @@ private:
     CheckableTreeModel *m_workingModel = nullptr; // as edited
     EventsProxyModel *m_proxy = nullptr;
     EventFinder *m_finder = nullptr;
+    EventExample *m_example = nullptr;
     KMessageWidget *m_messageBar = nullptr;
     ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
     NodeAddress m_editedNode; // what the open dialog edits

@@ -12,6 +12,7 @@
 #include <eventsproxymodel.h>
 #include <loggingservice.h>
 #include <snghandler.h>
+#include <tooltipper.h>
 
 #include <KLocalizedString>
 #include <KMessageWidget>
@@ -47,6 +48,8 @@ void AdminEventsModule::createView()
     // edge of a selected row and would repaint the first column only.
     connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, view->viewport(),
             qOverload<>(&QWidget::update));
+
+    view->viewport()->installEventFilter(new ToolTipper(view));
 
     auto *delegate = new EventItemDelegate(m_dictionary, view);
     view->setItemDelegate(delegate);
