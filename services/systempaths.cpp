@@ -84,6 +84,16 @@ QString SystemPaths::rotationFile()
     return QStringLiteral("/etc/logrotate.d/syslog-ng-mod-nivra");
 }
 
+QString SystemPaths::eventLogDirectory()
+{
+    return QStringLiteral("/vortan/log/nivra/events");
+}
+
+QString SystemPaths::eventLogFile()
+{
+    return QStringLiteral("/vortan/log/nivra/events/events.log");
+}
+
 QString SystemPaths::rebootHelper()
 {
     return QStringLiteral("/usr/bin/zep-wmfunc");

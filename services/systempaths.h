@@ -51,6 +51,10 @@ public:
     [[nodiscard]] static QString superuserConfiguration();
     /** The rotation rules for the event log. */
     [[nodiscard]] static QString rotationFile();
+    /** The directory of the event log. */
+    [[nodiscard]] static QString eventLogDirectory();
+    /** The main event log, one JSON record a line. */
+    [[nodiscard]] static QString eventLogFile();
     /** The program of the desktop that asks the session for a reboot. */
     [[nodiscard]] static QString rebootHelper();
 };

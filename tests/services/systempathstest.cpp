@@ -72,6 +72,8 @@ private Q_SLOTS:
         QCOMPARE(SystemPaths::mainConfiguration(), QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra.conf"));
         QCOMPARE(SystemPaths::fragmentDirectory(), QStringLiteral("/etc/syslog-ng/conf.d"));
         QCOMPARE(SystemPaths::rotationFile(), QStringLiteral("/etc/logrotate.d/syslog-ng-mod-nivra"));
+        QCOMPARE(SystemPaths::eventLogDirectory(), QStringLiteral("/vortan/log/nivra/events"));
+        QCOMPARE(SystemPaths::eventLogFile(), QStringLiteral("/vortan/log/nivra/events/events.log"));
         QCOMPARE(SystemPaths::rebootHelper(), QStringLiteral("/usr/bin/zep-wmfunc"));
     }
 
