@@ -61,6 +61,7 @@ void AdminEventsModule::editEvent(const QModelIndex &index)
         return;
     }
     m_editedNode = NodeAddress(*itemAt(index));
+    editWatched(index);
 }
 
 void AdminEventsModule::contextMenuRequested(const QPoint &position)

@@ -34,6 +34,7 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     m_ui->setupUi(this);
     createMessageBar();
     m_example = new EventExample(this);
+    createFileDialogs();
     createToolButtons();
     createView();
     createSearch();

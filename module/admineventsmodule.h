@@ -14,11 +14,13 @@
 class CheckableTreeModel;
 class ConfigAccessService;
 class ConfigWatcher;
+class DiskSpaceMonDialog;
 class EventConfigStorage;
 class EventExample;
 class EventFinder;
 class EventTreeItem;
 class EventsProxyModel;
+class FilesDialog;
 class KMessageWidget;
 class LoggingService;
 class QMenu;
@@ -80,6 +82,10 @@ public Q_SLOTS:
     void contextMenuRequested(const QPoint &position);
     /// Gives an event of the working model its catalog values back.
     void resetEvent(EventTreeItem *item);
+    /// Stores the list of files or directories that its dialog was opened for.
+    void fileArrayAccepted(const QVariant &value);
+    /// Stores the directories with limits that their dialog was opened for.
+    void directoriesAccepted(const QList<QVariant> &data);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -96,6 +102,11 @@ private:
     // Working with events
     [[nodiscard]] EventTreeItem *itemAt(const QModelIndex &proxyIndex) const;
     void addEventActions(QMenu *menu, EventTreeItem *event);
+
+    // Watched files, directories and disk space
+    void createFileDialogs();
+    void editWatched(const QModelIndex &index);
+    void showGone(const NodeAddress &address);
 
     // Loading and saving
     void checkEventSettingsDirectory();
@@ -123,6 +134,10 @@ private:
     EventExample *m_example = nullptr;
     KMessageWidget *m_messageBar = nullptr;
     ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
+    FilesDialog *m_filesDialog = nullptr;
+    DiskSpaceMonDialog *m_diskSpaceDialog = nullptr;
+    NodeAddress m_editedList; // what the files dialog edits
+    NodeAddress m_editedDirectories;
     NodeAddress m_editedNode; // what the open dialog edits
     QStringList m_users; // the system's, as last loaded
     QStringList m_groups;

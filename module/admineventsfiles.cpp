@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "admineventsmodule.h"
+
+#include <checkabletreemodel.h>
+#include <diskspacemondialog.h>
+#include <eventtreeitem.h>
+#include <filesdialog.h>
+#include <watchedlists.h>
+
+#include <KLocalizedString>
+#include <KMessageWidget>
+
+namespace {
+constexpr int jsonColumn = 2;
+
+void bringUp(QDialog *dialog)
+{
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+} // namespace
+
+void AdminEventsModule::createFileDialogs()
+{
+    m_filesDialog = new FilesDialog(this);
+    m_diskSpaceDialog = new DiskSpaceMonDialog(this);
+    connect(m_filesDialog, &FilesDialog::fileListEdited, this, &AdminEventsModule::fileArrayAccepted);
+    connect(m_diskSpaceDialog, &DiskSpaceMonDialog::directoriesEdited, this,
+            &AdminEventsModule::directoriesAccepted);
+}
+
+void AdminEventsModule::editWatched(const QModelIndex &index)
+{
+    const QModelIndex name = index.siblingAtColumn(0);
+    const bool files = name.data(CheckableTreeModel::FileArrayRole).toBool();
+    if (files || name.data(CheckableTreeModel::DirectoryArrayRole).toBool()) {
+        m_editedList = NodeAddress(*itemAt(index));
+        m_filesDialog->setWindowTitle(name.data().toString());
+        m_filesDialog->setDialogType(files ? FilesDialog::Files : FilesDialog::Directories);
+        m_filesDialog->setData(index.data());
+        bringUp(m_filesDialog);
+    }
+    if (name.data(CheckableTreeModel::DirectoriesRole).toBool()) {
+        m_editedDirectories = NodeAddress(*itemAt(index));
+        m_diskSpaceDialog->setWindowTitle(name.data().toString());
+        m_diskSpaceDialog->setData(index.siblingAtColumn(jsonColumn).data().toString());
+        bringUp(m_diskSpaceDialog);
+    }
+}
+
+void AdminEventsModule::fileArrayAccepted(const QVariant &value)
+{
+    if (EventTreeItem *list = m_editedList.find(*m_workingModel->rootItem())) {
+        WatchedLists::storePaths(*m_workingModel, list, value.toString());
+    } else {
+        showGone(m_editedList);
+    }
+}
+
+void AdminEventsModule::directoriesAccepted(const QList<QVariant> &data)
+{
+    if (EventTreeItem *directories = m_editedDirectories.find(*m_workingModel->rootItem())) {
+        WatchedLists::storeDirectories(*m_workingModel, directories, data.value(0).toString());
+    } else {
+        showGone(m_editedDirectories);
+    }
+}
+
+void AdminEventsModule::showGone(const NodeAddress &address)
+{
+    m_messageBar->setMessageType(KMessageWidget::Warning);
+    m_messageBar->setText(i18n("The event “%1” does not have this parameter any more. Nothing was changed.",
+                               address.eventId()));
+    m_messageBar->show();
+}
