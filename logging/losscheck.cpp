@@ -45,7 +45,6 @@ private:
     void addComments();
     void addChange(const Change &change);
     void addLost(const Change &change);
-    [[nodiscard]] QStringView viewOld(int token) const { return m_old.view(m_old.tokens().at(token)); }
     [[nodiscard]] QVector<int> removed(const Change &change) const
     {
         return m_oldNumbers.mid(change.oldBegin, change.oldEnd - change.oldBegin);
@@ -97,11 +96,14 @@ QVector<int> TextComparison::numbered(const ConfigTokens &tokens)
 /// line, stays the same between them.
 bool TextComparison::areNear(const Change &first, const Change &second) const
 {
-    const auto begin = m_old.tokens().begin() + first.oldEnd;
-    const auto end = m_old.tokens().begin() + second.oldBegin;
-    if (end - begin <= 3 && (begin == end || (begin - 1)->line == end->line)) {
+    const QVector<ConfigTokens::Token> &tokens = m_old.tokens();
+    const int gap = second.oldBegin - first.oldEnd;
+    if (gap <= 3 && first.oldEnd > 0 && second.oldBegin < tokens.size()
+        && tokens.at(first.oldEnd - 1).line == tokens.at(second.oldBegin).line) {
         return true;
     }
+    const auto begin = tokens.begin() + first.oldEnd;
+    const auto end = tokens.begin() + second.oldBegin;
     return std::all_of(
         begin, end, [](const ConfigTokens::Token &token) { return token.kind == ConfigTokens::Punctuation; });
 }
