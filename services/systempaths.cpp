@@ -54,6 +54,11 @@ QString SystemPaths::exampleData()
     return QStringLiteral("/etc/zep-admin-events/eventexample.json");
 }
 
+QString SystemPaths::daemonDirectory()
+{
+    return QStringLiteral("/etc/syslog-ng");
+}
+
 QString SystemPaths::mainConfiguration()
 {
     return QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra.conf");

@@ -39,6 +39,8 @@ public:
     [[nodiscard]] static QString nodeDictionary();
     /** Dummy values for the example of a log record, JSON. */
     [[nodiscard]] static QString exampleData();
+    /** The directory of all configuration files of the logging service. */
+    [[nodiscard]] static QString daemonDirectory();
     /** The main configuration of the logging service's event module. */
     [[nodiscard]] static QString mainConfiguration();
     /** The directory of the per-event notification fragments. */
