@@ -8,6 +8,7 @@
 #include "eventdisplay.h"
 #include "eventlookup.h"
 #include "eventtreeitem.h"
+#include "subjectsjson.h"
 #include "watchedpaths.h"
 
 #include <KLocalizedString>
@@ -227,6 +228,7 @@ bool CheckableTreeModel::setData(const QModelIndex &index, const QVariant &value
             return false;
         }
         CheckStates::valueChanged(item);
+        SubjectsJson::memberChanged(*item);
         Q_EMIT dataChanged(index, index);
         return true;
     }
@@ -255,6 +257,7 @@ bool CheckableTreeModel::toggle(const QModelIndex &index)
         }
     }
     checkEnabled(m_rootItem.get());
+    SubjectsJson::memberChanged(*item);
     // A range must lie under one parent for views and proxies to heed it; what else the
     // click has changed, below and in other groups, whoever shows the tree repaints.
     Q_EMIT dataChanged(index.siblingAtColumn(0), index.siblingAtColumn(1));

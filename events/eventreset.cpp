@@ -5,10 +5,9 @@
 
 #include "checkstates.h"
 #include "eventtreeitem.h"
-#include "jsontext.h"
+#include "subjectsjson.h"
 
 #include <QHash>
-#include <QJsonObject>
 
 #include <optional>
 
@@ -42,25 +41,6 @@ void copyLeaf(EventTreeItem *item, const EventTreeItem *defaults)
     }
 }
 
-/// The text of an account list names every account, also those that the catalog knows nothing of.
-void writeSubjectsText(EventTreeItem *subjects)
-{
-    QJsonObject text;
-    for (int row = 0; row < subjects->childCount(); ++row) {
-        const EventTreeItem *subject = subjects->eventChild(row);
-        QJsonObject values;
-        for (int member = 0; member < subject->childCount(); ++member) {
-            const EventTreeItem *value = subject->eventChild(member);
-            if (value->nativeName.startsWith(QLatin1String("overlay"))) {
-                continue; // a record of the merge
-            }
-            values.insert(value->nativeName, value->value(1).toString());
-        }
-        text.insert(subject->nativeName, values);
-    }
-    subjects->setData(2, JsonText::compact(text));
-}
-
 void copyMembers(EventTreeItem *item, const EventTreeItem *defaults)
 {
     QHash<QString, const EventTreeItem *> byName;
@@ -81,7 +61,11 @@ void copyMembers(EventTreeItem *item, const EventTreeItem *defaults)
         }
     }
     if (item->kind == EventTreeItem::Subjects) {
-        writeSubjectsText(item);
+        // The text names every account, also those that the catalog knows nothing of.
+        for (int row = 0; row < item->childCount(); ++row) {
+            SubjectsJson::refreshSubject(*item->eventChild(row));
+        }
+        SubjectsJson::refreshList(*item);
     }
 }
 

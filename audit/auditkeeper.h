@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "auditsettings.h"
+
+class AuditService;
+class EventTreeItem;
+
+/**
+ * Knows what the system records of whom, and brings it into agreement with the event tree on saving.
+ *
+ * The settings are read once; from then on they are what was read or last written. What could not be read is
+ * never written.
+ */
+class AuditKeeper
+{
+public:
+    /// @param service must outlive this object
+    explicit AuditKeeper(AuditService &service);
+
+    /**
+     * Reads the settings of all given accounts and of all others, unless that was done or tried before.
+     * @return false when they could not be read, now or before; error() then says why.
+     */
+    [[nodiscard]] bool read(const QStringList &users, const QStringList &groups);
+
+    /// Copies the settings into a tree that no model shows yet; see AuditTree::synchronize().
+    void copyInto(EventTreeItem &root) const;
+
+    /**
+     * Collects what the edited tree asks for, for write().
+     *
+     * @param reference the tree as loaded
+     * @return true when it asks for something else than the tree as loaded did
+     */
+    [[nodiscard]] bool collect(const EventTreeItem &working, const EventTreeItem &reference,
+                               const QStringList &users, const QStringList &groups);
+
+    /// Why the collected settings cannot be written; empty when they can. Asks nobody.
+    [[nodiscard]] QString refusal() const;
+
+    /**
+     * Writes the collected settings where they differ from the system's: groups, users, then all others.
+     * @return false when one of the three failed; error() then says why, and what was written before it
+     * stays.
+     */
+    [[nodiscard]] bool write();
+
+    [[nodiscard]] QString error() const { return m_error; }
+
+private:
+    enum class State { NotRead, Read, Failed };
+
+    [[nodiscard]] bool readAll(const QStringList &users, const QStringList &groups);
+
+    AuditService &m_service;
+    State m_state = State::NotRead;
+    AuditSettings m_system;
+    AuditSettings m_collected;
+    QString m_error;
+};
