@@ -30,6 +30,7 @@ Page::Page(const Site &site)
     m_proxy.setSourceModel(&m_working);
     m_view.setModel(&m_proxy);
     m_view.header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    m_view.setUniformRowHeights(true);
     m_view.setUpdatesEnabled(false);
     m_view.resize(800, 600);
     m_view.show();
@@ -75,6 +76,10 @@ void Page::openGroups()
 void Page::type(const QString &query)
 {
     m_proxy.setFilterQuery(query);
+}
+
+void Page::layOut()
+{
     QCoreApplication::processEvents();
 }
 

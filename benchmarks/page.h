@@ -34,8 +34,10 @@ public:
     /// Toggles the event's check box; true when the page now has unsaved changes.
     bool click(const QModelIndex &event);
     void openGroups();
-    /// Filters, and waits for what the proxy and the view do about it; nothing is painted.
+    /// Filters; when it returns, the proxy has settled, and the view knows which rows are left.
     void type(const QString &query);
+    /// Waits until the view has laid out its rows anew; nothing is painted.
+    void layOut();
     [[nodiscard]] int shownEvents() const;
 
 private:

@@ -3,6 +3,7 @@
 
 #include "eventsproxymodel.h"
 
+#include "checkabletreemodel.h"
 #include "eventtreeitem.h"
 #include "fuzzymatch.h"
 
@@ -25,13 +26,13 @@ void EventsProxyModel::setFilterMode(FilterMode mode)
 
 bool EventsProxyModel::matchFilter(const QString &text) const
 {
-    return m_query.isEmpty() || FuzzyMatch::folded(text).contains(m_query);
+    return FuzzyMatch::containsFolded(text, m_query);
 }
 
 bool EventsProxyModel::filterAcceptsRow(int row, const QModelIndex &parent) const
 {
-    const QModelIndex index = sourceModel()->index(row, 0, parent);
-    const auto *item = static_cast<const EventTreeItem *>(index.internalPointer());
+    const EventTreeItem *above = m_tree ? m_tree->itemAt(parent) : nullptr;
+    const EventTreeItem *item = above ? above->eventChild(row) : nullptr;
     if (!item) {
         return false;
     }
@@ -44,6 +45,31 @@ bool EventsProxyModel::filterAcceptsRow(int row, const QModelIndex &parent) cons
         // Rows are shown only below accepted rows, so the query plays no part here.
         return item->visible;
     }
+}
+
+bool EventsProxyModel::hasChildren(const QModelIndex &parent) const
+{
+    const EventTreeItem *item = parent.isValid() ? CheckableTreeModel::shownItem(parent) : nullptr;
+    if (!item || item->kind == EventTreeItem::Group) {
+        return QSortFilterProxyModel::hasChildren(parent);
+    }
+    // A view asks this of every event. The base class would answer by looking at all of its children,
+    // and would filter them again at every key stroke.
+    if (parent.column() > 0) {
+        return false;
+    }
+    for (int row = 0; row < item->childCount(); ++row) {
+        if (item->eventChild(row)->visible) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void EventsProxyModel::setSourceModel(QAbstractItemModel *model)
+{
+    m_tree = qobject_cast<CheckableTreeModel *>(model);
+    QSortFilterProxyModel::setSourceModel(model);
 }
 
 bool EventsProxyModel::acceptsEvent(const EventTreeItem &event) const

@@ -16,6 +16,22 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+namespace {
+/// Counts how often it lays out its rows.
+class CountingView : public QTreeView
+{
+public:
+    int layouts = 0;
+
+protected:
+    void updateGeometries() override
+    {
+        ++layouts;
+        QTreeView::updateGeometries();
+    }
+};
+} // namespace
+
 class EventFinderTest : public QObject
 {
     Q_OBJECT
@@ -44,6 +60,7 @@ private Q_SLOTS:
     void stepsWithinTheMatchesOnly();
     void selectedRowIsOpenCurrentAndInSight();
     void matchesAreShownInOpenGroups();
+    void manyMatchesAreLaidOutAtOnce();
     void openedEventsStayOpenWhileSearching();
     void escapeEmptiesTheFieldOnly();
     void focusSelectsTheText();
@@ -127,7 +144,7 @@ private:
     std::unique_ptr<EventsProxyModel> m_proxy;
     std::unique_ptr<QAbstractItemModelTester> m_tester;
     std::unique_ptr<QWidget> m_window;
-    QTreeView *m_view = nullptr;
+    CountingView *m_view = nullptr;
     EventFinder *m_finder = nullptr;
 };
 
@@ -159,7 +176,7 @@ void EventFinderTest::init()
         m_proxy.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     m_proxy->setSourceModel(&**m_model);
     m_window = std::make_unique<QWidget>();
-    m_view = new QTreeView;
+    m_view = new CountingView;
     m_view->setModel(m_proxy.get());
     m_view->setAnimated(false);
     m_finder = new EventFinder(m_view, &**m_model, m_proxy.get(), nullptr);
@@ -499,6 +516,30 @@ void EventFinderTest::matchesAreShownInOpenGroups()
     for (int row = 0; row < 3; ++row) {
         QVERIFY(m_view->isExpanded(m_proxy->index(row, 0)));
     }
+}
+
+void EventFinderTest::manyMatchesAreLaidOutAtOnce()
+{
+    auto root = TreeMaker::root();
+    constexpr int groups = 60;
+    for (int number = 0; number < groups; ++number) {
+        EventTreeItem *group = TreeMaker::group(root.get(), "group");
+        for (const char *name : {"one", "two", "three"}) {
+            TreeMaker::event(group, name, "0");
+        }
+    }
+    (*m_model)->setRootItem(root.release());
+    m_view->setUniformRowHeights(true);
+    for (const char *text : {"zzz", "o", "tw", "e", "two"}) {
+        m_finder->searchEvent(QStringLiteral("zzz"));
+        QCoreApplication::processEvents();
+        m_view->layouts = 0;
+        m_finder->searchEvent(QString::fromUtf8(text));
+        QCoreApplication::processEvents();
+        QVERIFY2(m_view->layouts < groups / 4, qPrintable(QString::number(m_view->layouts)));
+    }
+    QCOMPARE(m_proxy->rowCount(), groups);
+    QVERIFY(m_view->isExpanded(m_proxy->index(groups - 1, 0)));
 }
 
 void EventFinderTest::openedEventsStayOpenWhileSearching()

@@ -8,6 +8,7 @@
 #include <fuzzymatch.h>
 
 #include <QSignalSpy>
+#include <QStringListModel>
 #include <QTest>
 
 Q_DECLARE_METATYPE(EventsProxyModel::FilterMode)
@@ -37,6 +38,8 @@ private Q_SLOTS:
     void clickThroughTheProxyReachesTheModel();
     void newNameIsFoundAtOnce();
     void groupIsFoundWithoutAnyEvent();
+    void rowsKnowWhetherSomethingIsShownBelow();
+    void rowsOfAnyOtherModelAreHidden();
 
 private:
     /// Shown groups with their shown events, as "g: a b".
@@ -118,6 +121,9 @@ void EventsProxyModelTest::lettersMatchInAnyCaseAndIoAsIe_data()
     QTest::newRow("longer than the text") << QStringLiteral("abc") << QStringLiteral("ab") << false;
     QTest::newRow("nothing in nothing") << QString() << QString() << true;
     QTest::newRow("something in nothing") << QStringLiteral("a") << QString() << false;
+    QTest::newRow("letters beyond the common alphabets")
+        << QStringLiteral("\uff21\u1e9e") << QStringLiteral("x\uff41\u00df") << true;
+    QTest::newRow("after a false start") << QStringLiteral("aab") << QStringLiteral("aaab") << true;
     QTest::newRow("patterns are plain text") << QStringLiteral(".*") << QStringLiteral("ab") << false;
 }
 
@@ -313,6 +319,37 @@ void EventsProxyModelTest::groupIsFoundWithoutAnyEvent()
     QCOMPARE(shown(), QStringList{QStringLiteral("empty: ")});
     m_proxy->setFilterMode(EventsProxyModel::EventName);
     QCOMPARE(shown(), QStringList());
+}
+
+void EventsProxyModelTest::rowsKnowWhetherSomethingIsShownBelow()
+{
+    auto root = TreeMaker::root();
+    EventTreeItem *group = TreeMaker::group(root.get(), "group");
+    EventTreeItem *hollow = TreeMaker::event(group, "hollow");
+    TreeMaker::parameter(hollow, "hidden", "x")->visible = false;
+    EventTreeItem *full = TreeMaker::event(group, "full");
+    TreeMaker::parameter(full, "hidden", "x")->visible = false;
+    const EventTreeItem *shownParameter = TreeMaker::parameter(full, "shown", "x");
+    const EventTreeItem *empty = TreeMaker::group(root.get(), "empty");
+    (*m_model)->setRootItem(root.release());
+    QVERIFY(m_proxy->hasChildren());
+    QVERIFY(m_proxy->hasChildren(shownIndex(group)));
+    QVERIFY(!m_proxy->hasChildren(shownIndex(empty)));
+    QVERIFY(!m_proxy->hasChildren(shownIndex(hollow)));
+    QVERIFY(m_proxy->hasChildren(shownIndex(full)));
+    QVERIFY(!m_proxy->hasChildren(shownIndex(full, 1)));
+    QVERIFY(!m_proxy->hasChildren(shownIndex(shownParameter)));
+    m_proxy->setFilterQuery(QStringLiteral("zzz"));
+    QVERIFY(!m_proxy->hasChildren());
+}
+
+void EventsProxyModelTest::rowsOfAnyOtherModelAreHidden()
+{
+    QStringListModel other({QStringLiteral("text")});
+    m_proxy->setSourceModel(&other);
+    QCOMPARE(m_proxy->rowCount(), 0);
+    m_proxy->setSourceModel(&**m_model);
+    QCOMPARE(m_proxy->rowCount(), 3);
 }
 
 QTEST_MAIN(EventsProxyModelTest)
