@@ -3,9 +3,12 @@
 
 #include "rotationwriter.h"
 
+#include "logrotateparser.h"
 #include "rotationkeywords.h"
 
 #include <treeitem.h>
+
+#include <QTextStream>
 
 RotationWriter::RotationWriter(ConfigAccessService &service, const QString &configFile)
     : AbstractWriter(service, configFile)
@@ -44,4 +47,18 @@ QStringList RotationWriter::lines(const TreeItem &root)
     }
     lines.append(QStringLiteral("}"));
     return lines;
+}
+
+bool RotationWriter::isReadBack(const TreeItem &root)
+{
+    QByteArray content;
+    QTextStream stream(&content, QIODevice::WriteOnly);
+    const QStringList written = lines(root);
+    for (const QString &line : written) {
+        stream << line << QLatin1Char('\n');
+    }
+    stream.flush();
+    const RotationScan scan = scanRotation(AbstractConfigParser::decode(content));
+    const std::unique_ptr<TreeItem> read = LogRotateParser::tree(scan);
+    return read && scan.losses.isEmpty() && lines(*read) == written;
 }

@@ -20,4 +20,6 @@ public:
 
     /// As createConfig(), for callers that have nothing to write to.
     [[nodiscard]] static QStringList lines(const TreeItem &root);
+    /// Whether the file that writing @p root makes, in the locale's encoding, reads back as the same tree.
+    [[nodiscard]] static bool isReadBack(const TreeItem &root);
 };
