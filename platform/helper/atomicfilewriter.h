@@ -33,13 +33,18 @@ public:
     Result<std::optional<QByteArray>> former() const;
 
     /**
+     * Writes the bytes to a new file beside the file, flushed and with the rights that the file will have,
+     * and replaces nothing. Only after a successful prepare(); a failure may leave the new file.
+     */
+    Outcome stage(const QString &temporary, const QByteArray &content) const;
+
+    /**
      * Replaces the file by these bytes. Only after a successful prepare().
      * @param backups receives the former content when it differs.
      */
     Outcome write(const QByteArray &content, const BackupStore &backups);
 
 private:
-    Outcome stage(const QString &temporary, const QByteArray &content) const;
     Outcome takeOver(int from, int to) const;
     Outcome keepFormer(const QByteArray &content, const BackupStore &backups) const;
 

@@ -3,6 +3,7 @@
 #include "backupstore.h"
 
 #include "temporaryname.h"
+#include "wholefile.h"
 
 #include <KLocalizedString>
 
@@ -71,6 +72,31 @@ Result<BackupStore> BackupStore::open(const SafeDirectory &root)
             i18n("Another change of the configuration is being written; try again later."));
     }
     return BackupStore(current.takeValue());
+}
+
+QList<QByteArray> BackupStore::kept(const SafeDirectory &root, const QString &fileName)
+{
+    QStringList names;
+    for (const Level &level : levels) {
+        names << QLatin1String(level.name);
+    }
+    Result<SafeDirectory> directory = root.descend(names);
+    struct stat status = {};
+    // What another user could write has not been kept by this program.
+    if (!directory || ::fstat(directory.value().descriptor(), &status) != 0 || status.st_uid != ::geteuid()
+        || (status.st_mode & 077) != 0) {
+        return {};
+    }
+    const BackupStore store(directory.takeValue());
+    const Result<QStringList> known = store.generations(fileName);
+    QList<QByteArray> texts;
+    for (const QString &name : known ? known.value() : QStringList()) {
+        const Result<std::optional<QByteArray>> text = WholeFile::read(store.m_directory, name);
+        if (text && text.value()) {
+            texts.prepend(*text.value());
+        }
+    }
+    return texts;
 }
 
 Result<QStringList> BackupStore::generations(const QString &fileName) const

@@ -5,6 +5,7 @@
 #include "safedirectory.h"
 
 #include <QByteArray>
+#include <QList>
 
 namespace AdminEventsHelper {
 
@@ -25,6 +26,15 @@ public:
      * @return a failure when the directory is not the caller's own, or when another helper holds the lock.
      */
     static Result<BackupStore> open(const SafeDirectory &root);
+
+    /**
+     * The generations of a file that are kept, newest first; nothing is made or locked for it. What cannot be
+     * read is left out.
+     */
+    static QList<QByteArray> kept(const SafeDirectory &root, const QString &fileName);
+
+    /** Where the generations are, for what else has to be known to this user alone. */
+    const SafeDirectory &directory() const { return m_directory; }
 
     /** Stores the bytes as the newest generation of the file; it is on the disk when this returns. */
     Outcome keep(const QString &fileName, const QByteArray &bytes) const;

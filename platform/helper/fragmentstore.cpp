@@ -5,6 +5,7 @@
 #include "argumentreader.h"
 #include "atomicfilewriter.h"
 #include "backupstore.h"
+#include "filechanges.h"
 #include "fragmentcheck.h"
 #include "helperlog.h"
 
@@ -119,6 +120,9 @@ Outcome apply(const QString &rootPath, const QList<Change> &wanted)
     const Result<BackupStore> backups = BackupStore::open(root.value());
     if (!backups) {
         return backups.outcome();
+    }
+    if (Outcome recovered = FileChanges::recover(root.value(), backups.value()); !recovered) {
+        return recovered;
     }
     // Again under the lock: another helper may have replaced a file meanwhile.
     const Result<QList<Change>> changes = prepared(directory.value(), wanted);

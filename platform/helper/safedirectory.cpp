@@ -17,8 +17,15 @@ namespace {
 
 constexpr int directoryFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-// Names what an entry is that should have been something else.
-QString kindOf(mode_t mode)
+bool isPlainName(const QString &name)
+{
+    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..")
+        && !name.contains(QLatin1Char('/')) && !name.contains(QChar(0));
+}
+
+} // namespace
+
+QString kindOfFile(mode_t mode)
 {
     switch (mode & S_IFMT) {
     case S_IFREG:
@@ -35,14 +42,6 @@ QString kindOf(mode_t mode)
         return i18nc("@item kind of file", "a device");
     }
 }
-
-bool isPlainName(const QString &name)
-{
-    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..")
-        && !name.contains(QLatin1Char('/')) && !name.contains(QChar(0));
-}
-
-} // namespace
 
 QString systemError(int number)
 {
@@ -85,7 +84,7 @@ Result<SafeDirectory> SafeDirectory::child(const QString &name) const
         if (::fstatat(m_descriptor.get(), encoded.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0
             && !S_ISDIR(status.st_mode)) {
             return Outcome::failure(i18n("\"%1\" is %2, not a directory; it is not followed.", pathOf(name),
-                                         kindOf(status.st_mode)));
+                                         kindOfFile(status.st_mode)));
         }
         return Outcome::failure(
             i18n("The directory \"%1\" cannot be opened: %2", pathOf(name), systemError(number)));
@@ -155,8 +154,8 @@ Result<std::optional<FileDescriptor>> SafeDirectory::openRegular(const QString &
             return std::optional<FileDescriptor>(std::move(descriptor));
         }
     }
-    return Outcome::failure(
-        i18n("\"%1\" is %2, not a regular file; it is not replaced.", pathOf(name), kindOf(status.st_mode)));
+    return Outcome::failure(i18n("\"%1\" is %2, not a regular file; it is not replaced.", pathOf(name),
+                                 kindOfFile(status.st_mode)));
 }
 
 Result<FileDescriptor> SafeDirectory::createExclusive(const QString &name) const
@@ -179,6 +178,17 @@ Outcome SafeDirectory::rename(const QString &from, const QString &to) const
     return Outcome::success();
 }
 
+Outcome SafeDirectory::link(const QString &from, const QString &to) const
+{
+    if (::linkat(m_descriptor.get(), QFile::encodeName(from).constData(), m_descriptor.get(),
+                 QFile::encodeName(to).constData(), 0)
+        != 0) {
+        return Outcome::failure(
+            i18n("\"%1\" cannot be given a second name: %2", pathOf(from), systemError(errno)));
+    }
+    return Outcome::success();
+}
+
 Outcome SafeDirectory::remove(const QString &name) const
 {
     if (::unlinkat(m_descriptor.get(), QFile::encodeName(name).constData(), 0) != 0) {
@@ -194,6 +204,29 @@ Outcome SafeDirectory::sync() const
             i18n("The directory \"%1\" cannot be flushed to the disk: %2", m_path, systemError(errno)));
     }
     return Outcome::success();
+}
+
+bool SafeDirectory::mayHave(const QString &name) const
+{
+    struct stat status = {};
+    return ::fstatat(m_descriptor.get(), QFile::encodeName(name).constData(), &status, AT_SYMLINK_NOFOLLOW)
+        == 0
+        || errno != ENOENT;
+}
+
+bool SafeDirectory::mayHavePath(const QStringList &names) const
+{
+    Result<SafeDirectory> current = descend({});
+    for (const QString &name : names) {
+        if (!current) {
+            return true;
+        }
+        if (!current.value().mayHave(name)) {
+            return false;
+        }
+        current = current.value().child(name);
+    }
+    return true;
 }
 
 Result<QStringList> SafeDirectory::entries() const

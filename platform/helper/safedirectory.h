@@ -47,11 +47,20 @@ public:
     /** Gives a file of this directory another name in it, atomically replacing what bears that name. */
     Outcome rename(const QString &from, const QString &to) const;
 
+    /** Gives a regular file of this directory a second name in it; fails when the name is taken. */
+    Outcome link(const QString &from, const QString &to) const;
+
     /** Removes a name that is not a directory. */
     Outcome remove(const QString &name) const;
 
     /** Returns when the names of this directory are on the disk. */
     Outcome sync() const;
+
+    /** Whether something bears the name, of whatever kind, or may bear it: it could not be looked at. */
+    bool mayHave(const QString &name) const;
+
+    /** The same for a chain of directories below this one; false only when one of them is missing. */
+    bool mayHavePath(const QStringList &names) const;
 
     /** The names in this directory, sorted, without "." and "..". */
     Result<QStringList> entries() const;
@@ -70,6 +79,9 @@ private:
     FileDescriptor m_descriptor;
     QString m_path;
 };
+
+/** "a directory", "a symbolic link" and the like, of the mode that stat(2) tells. */
+QString kindOfFile(mode_t mode);
 
 /** What the system says about an error number. */
 QString systemError(int number);

@@ -33,14 +33,21 @@ QString TemporaryName::make(const QString &fileName)
     return prefixFor(fileName) + QStringLiteral("%1~").arg(number, digitCount, 16, QLatin1Char('0'));
 }
 
+QString TemporaryName::fileNameOf(const QString &entry)
+{
+    // What prefixFor() and make() put around the name.
+    const int nameSize = entry.size() - prefixFor(QString()).size() - digitCount - 1;
+    if (nameSize <= 0 || !entry.endsWith(QLatin1Char('~'))
+        || !std::all_of(entry.cend() - 1 - digitCount, entry.cend() - 1, isHexDigit)) {
+        return {};
+    }
+    const QString name = entry.mid(1, nameSize);
+    return entry.startsWith(prefixFor(name)) ? name : QString();
+}
+
 bool TemporaryName::matches(const QString &entry, const QString &fileName)
 {
-    const QString prefix = prefixFor(fileName);
-    if (!entry.startsWith(prefix) || !entry.endsWith(QLatin1Char('~'))
-        || entry.size() != prefix.size() + digitCount + 1) {
-        return false;
-    }
-    return std::all_of(entry.cbegin() + prefix.size(), entry.cend() - 1, isHexDigit);
+    return !fileName.isEmpty() && fileNameOf(entry) == fileName;
 }
 
 Outcome TemporaryName::removeLeftovers(const SafeDirectory &directory, const QString &fileName)

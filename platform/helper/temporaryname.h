@@ -21,6 +21,9 @@ QString make(const QString &fileName);
 /** Whether an entry is a temporary name for exactly this file. */
 bool matches(const QString &entry, const QString &fileName);
 
+/** The file that a temporary name was made for; empty when the entry is no temporary name. */
+QString fileNameOf(const QString &entry);
+
 /** Removes what a crash left of earlier writes of this file; fails when a leftover cannot be removed. */
 Outcome removeLeftovers(const SafeDirectory &directory, const QString &fileName);
 

@@ -12,12 +12,16 @@ namespace AdminEventsHelper {
 
 namespace WholeFile {
 
+/** Far above all that the helper accepts, and well below what one array holds (64 MiB). */
+constexpr int sizeLimit = 64 * 1024 * 1024;
+
 /**
  * Reads a regular file.
  * @param limit in bytes; a larger file is a failure.
  * @return nothing when no file bears the name.
  */
-Result<std::optional<QByteArray>> read(const SafeDirectory &directory, const QString &name, int limit);
+Result<std::optional<QByteArray>> read(const SafeDirectory &directory, const QString &name,
+                                       int limit = sizeLimit);
 
 } // namespace WholeFile
 
