@@ -7,6 +7,7 @@
 #include "backupstore.h"
 #include "configtarget.h"
 #include "contentcheck.h"
+#include "filechanges.h"
 
 #include <KLocalizedString>
 
@@ -45,12 +46,16 @@ Outcome ConfigWriter::write(const WriteRequest &request) const
     if (!target) {
         return target.outcome();
     }
-    if (Outcome checked = ContentCheck::check(target.value(), request.content); !checked) {
-        return checked;
-    }
     const Result<SafeDirectory> root = SafeDirectory::openRoot(m_root);
     if (!root) {
         return root.outcome();
+    }
+    const Result<QList<QByteArray>> former = ContentCheck::formerTexts(root.value(), target.value());
+    if (!former) {
+        return former.outcome();
+    }
+    if (Outcome checked = ContentCheck::check(target.value(), request.content, former.value()); !checked) {
+        return checked;
     }
     const Result<SafeDirectory> directory = root.value().descend(target.value().directory);
     if (!directory) {
@@ -64,6 +69,9 @@ Outcome ConfigWriter::write(const WriteRequest &request) const
     const Result<BackupStore> backups = BackupStore::open(root.value());
     if (!backups) {
         return backups.outcome();
+    }
+    if (Outcome recovered = FileChanges::recover(root.value(), backups.value()); !recovered) {
+        return recovered;
     }
     // Again under the lock: another helper may have replaced the file meanwhile.
     if (Outcome prepared = writer.prepare(); !prepared) {

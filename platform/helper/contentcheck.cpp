@@ -2,6 +2,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "contentcheck.h"
 
+#include "auditsettingsstore.h"
+#include "backupstore.h"
+#include "fragmentcheck.h"
+#include "loggingcheck.h"
+#include "rotationcheck.h"
+#include "wholefile.h"
+
 #include <KLocalizedString>
 #include <QJsonDocument>
 #include <QJsonParseError>
@@ -116,7 +123,29 @@ Outcome checkAuditRules(const QString &path, const QByteArray &content)
 
 } // namespace
 
-Outcome ContentCheck::check(const ConfigTarget &target, const QByteArray &content)
+Result<QList<QByteArray>> ContentCheck::formerTexts(const SafeDirectory &root, const ConfigTarget &target)
+{
+    QList<QByteArray> texts;
+    if (target.format != ConfigTarget::Format::MainConfiguration
+        && target.format != ConfigTarget::Format::Rotation) {
+        return texts;
+    }
+    const Result<SafeDirectory> directory = root.descend(target.directory);
+    if (!directory) {
+        return directory.outcome();
+    }
+    const Result<std::optional<QByteArray>> present = WholeFile::read(directory.value(), target.fileName);
+    if (!present) {
+        return present.outcome();
+    }
+    if (present.value()) {
+        texts << *present.value();
+    }
+    return texts + BackupStore::kept(root, target.fileName);
+}
+
+Outcome ContentCheck::check(const ConfigTarget &target, const QByteArray &content,
+                            const QList<QByteArray> &former)
 {
     const QString path = target.path();
     if (content.size() > sizeLimit) {
@@ -133,9 +162,13 @@ Outcome ContentCheck::check(const ConfigTarget &target, const QByteArray &conten
     case ConfigTarget::Format::AuditRules:
         return checkAuditRules(path, content);
     case ConfigTarget::Format::MainConfiguration:
+        return LoggingCheck::check(path, content, former);
     case ConfigTarget::Format::Rotation:
+        return RotationCheck::check(path, content, former);
+    case ConfigTarget::Format::SubjectRules:
+        return AuditSettingsStore::check(path, content);
     case ConfigTarget::Format::Fragment:
-        break;
+        return FragmentCheck::check(target.fileName, content);
     }
     return Outcome::success();
 }

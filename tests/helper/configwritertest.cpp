@@ -361,8 +361,8 @@ void ConfigWriterTest::keepsTheLastTenGenerations()
         const Outcome outcome = write(mainPath(), content(version));
         QVERIFY2(outcome.ok(), qPrintable(outcome.error()));
     }
-    QVERIFY(write(rotationPath(), "a").ok());
-    QVERIFY(write(rotationPath(), "b").ok());
+    QVERIFY(write(rotationPath(), "weekly\n").ok());
+    QVERIFY(write(rotationPath(), "daily\n").ok());
     QCOMPARE(modeOf(below(backupPath())), 0700);
     QCOMPARE(modeOf(below(QStringLiteral("/var/lib"))), 0755);
     QStringList expected;
