@@ -6,6 +6,7 @@
 #include "atomicfilewriter.h"
 #include "auditoperations.h"
 #include "backupstore.h"
+#include "filechanges.h"
 #include "safedirectory.h"
 #include "subjectrules.h"
 #include "wholefile.h"
@@ -52,6 +53,32 @@ std::optional<quint32> numberOf(const Accounts &accounts, SubjectType type, cons
     return type == SubjectType::Users ? accounts.user(name) : accounts.group(name);
 }
 
+Result<SubjectSettings> settingsIn(const QByteArray &text, const QString &path)
+{
+    const int position = text.lastIndexOf(checksumMark);
+    if (position < 0 || text.mid(position) != checksumLine(text.left(position))) {
+        return Outcome::failure(i18n(
+            "\"%1\" was changed by hand, so that its audit settings are not certain. Move it away to have it "
+            "written anew.",
+            path));
+    }
+    return SubjectText::read(text, path);
+}
+
+Result<QByteArray> textOf(const SubjectSettings &settings, const QString &machine)
+{
+    const Result<QList<QByteArray>> rules = SubjectRules::make(settings, machine);
+    if (!rules) {
+        return rules.outcome();
+    }
+    QByteArray text = heading + SubjectText::write(settings);
+    for (const QByteArray &rule : rules.value()) {
+        text += rule + '\n';
+    }
+    text += checksumLine(text);
+    return text;
+}
+
 Outcome apply(const AuditChange &change, const Accounts &accounts, SubjectSettings &settings)
 {
     // Several names may share a number: what one of them records is recorded.
@@ -94,6 +121,22 @@ QString AuditSettingsStore::path()
     return QLatin1Char('/') + directoryNames().join(QLatin1Char('/')) + QLatin1Char('/') + fileName();
 }
 
+Outcome AuditSettingsStore::check(const QString &path, const QByteArray &text)
+{
+    const Result<SubjectSettings> settings = settingsIn(text, path);
+    if (!settings) {
+        return settings.outcome();
+    }
+    const Result<QByteArray> expected = textOf(settings.value(), machineName());
+    if (!expected) {
+        return expected.outcome();
+    }
+    return expected.value() == text
+        ? Outcome::success()
+        : Outcome::failure(
+            i18n("\"%1\" does not hold the rules that belong to its audit settings on this machine.", path));
+}
+
 Result<SubjectSettings> AuditSettingsStore::present(const SafeDirectory &directory) const
 {
     const Result<std::optional<QByteArray>> text = WholeFile::read(directory, fileName(), sizeLimit);
@@ -103,14 +146,7 @@ Result<SubjectSettings> AuditSettingsStore::present(const SafeDirectory &directo
     if (!text.value()) {
         return SubjectSettings();
     }
-    const int position = text.value()->lastIndexOf(checksumMark);
-    if (position < 0 || text.value()->mid(position) != checksumLine(text.value()->left(position))) {
-        return Outcome::failure(i18n(
-            "\"%1\" was changed by hand, so that its audit settings are not certain. Move it away to have it "
-            "written anew.",
-            directory.pathOf(fileName())));
-    }
-    return SubjectText::read(*text.value(), directory.pathOf(fileName()));
+    return settingsIn(*text.value(), directory.pathOf(fileName()));
 }
 
 Result<QVariantMap> AuditSettingsStore::get(const AuditQuery &query) const
@@ -167,16 +203,7 @@ Result<QByteArray> AuditSettingsStore::changed(const SafeDirectory &directory,
     if (Outcome applied = apply(change, accounts.value(), wanted); !applied) {
         return applied;
     }
-    const Result<QList<QByteArray>> rules = SubjectRules::make(wanted, m_machine);
-    if (!rules) {
-        return rules.outcome();
-    }
-    QByteArray text = heading + SubjectText::write(wanted);
-    for (const QByteArray &rule : rules.value()) {
-        text += rule + '\n';
-    }
-    text += checksumLine(text);
-    return text;
+    return textOf(wanted, m_machine);
 }
 
 Outcome AuditSettingsStore::set(const AuditChange &change) const
@@ -201,6 +228,9 @@ Outcome AuditSettingsStore::set(const AuditChange &change) const
     const Result<BackupStore> backups = BackupStore::open(root.value());
     if (!backups) {
         return backups.outcome();
+    }
+    if (Outcome recovered = FileChanges::recover(root.value(), backups.value()); !recovered) {
+        return recovered;
     }
     // Again under the lock: another helper may have replaced the file meanwhile.
     if (Outcome prepared = writer.prepare(); !prepared) {

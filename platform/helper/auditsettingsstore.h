@@ -38,6 +38,13 @@ public:
     static QString path();
 
     /**
+     * Whether a text is a rules file as set() writes it on this machine: unchanged since, and with the rules
+     * that carry its settings out.
+     * @param path named in the error.
+     */
+    static Outcome check(const QString &path, const QByteArray &text);
+
+    /**
      * Answers by "NAME/IDENTIFIER", or "IDENTIFIER" for all others. Left out are names that nobody bears or
      * that hold a "/", and identifiers for which no setting was ever made.
      */

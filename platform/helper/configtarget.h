@@ -20,6 +20,7 @@ struct ConfigTarget
         AuditRules, ///< Lines that add audit rules, comments and empty lines.
         MainConfiguration, ///< The logging service's language; see LoggingCheck.
         Rotation, ///< The rotation program's language; see RotationCheck.
+        SubjectRules, ///< The audit settings of users and groups; see AuditSettingsStore.
         Fragment, ///< The notification of one event; see FragmentCheck.
     };
 

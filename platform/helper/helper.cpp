@@ -3,14 +3,37 @@
 #include "helper.h"
 
 #include "auditsettingsstore.h"
+#include "callerfile.h"
+#include "configtransfer.h"
 #include "configwriter.h"
 #include "fragmentstore.h"
 #include "helperlog.h"
 #include "servicecontrol.h"
+#include "targz.h"
 
 #include <KAuth/HelperSupport>
+#include <KLocalizedString>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusError>
 
 namespace AdminEventsHelper {
+
+namespace {
+
+/** The user whose files a request may name. */
+Result<uid_t> requester()
+{
+    const int uid = KAuth::HelperSupport::callerUid();
+    // The framework takes a requester that has left the bus for root.
+    const QDBusConnectionInterface *const bus = QDBusConnection::systemBus().interface();
+    if (uid < 0 || bus == nullptr || bus->lastError().isValid()) {
+        return Outcome::failure(i18n("The user who sent the request cannot be found out."));
+    }
+    return uid_t(uid);
+}
+
+} // namespace
 
 Helper::Helper(const HelperOptions &options, QObject *parent)
     : QObject(parent)
@@ -36,6 +59,39 @@ KAuth::ActionReply Helper::loggingservicectl(const QVariantMap &arguments)
     }
     return answer(QStringLiteral("loggingservicectl ") + arguments.value(QStringLiteral("cmd")).toString(),
                   ServiceControl(m_options.systemctl).run(command.value()));
+}
+
+KAuth::ActionReply Helper::exportconfig(const QVariantMap &arguments)
+{
+    const Result<uid_t> caller = requester();
+    const Result<TransferRequest> request = TransferRequest::read(arguments, QStringLiteral("output"));
+    if (!caller || !request) {
+        return answer(QStringLiteral("exportconfig"), request ? caller.outcome() : request.outcome());
+    }
+    const Result<QByteArray> archive = ConfigTransfer(m_options.root).pack();
+    return answer(QStringLiteral("exportconfig ") + request.value().path,
+                  archive ? CallerFile::write(caller.value(), request.value().path, archive.value())
+                          : archive.outcome());
+}
+
+KAuth::ActionReply Helper::importconfig(const QVariantMap &arguments)
+{
+    const Result<uid_t> caller = requester();
+    const Result<TransferRequest> request = TransferRequest::read(arguments, QStringLiteral("input"));
+    if (!caller || !request) {
+        return answer(QStringLiteral("importconfig"), request ? caller.outcome() : request.outcome());
+    }
+    const Result<QByteArray> archive
+        = CallerFile::read(caller.value(), request.value().path, TarGz::archiveLimit);
+    const Result<ConfigTransfer::Report> report = archive
+        ? ConfigTransfer(m_options.root).install(archive.value())
+        : Result<ConfigTransfer::Report>(archive.outcome());
+    KAuth::ActionReply reply
+        = answer(QStringLiteral("importconfig ") + request.value().path, report.outcome());
+    if (report) {
+        reply.addData(QStringLiteral("mainConfigImportFault"), report.value().mainConfigLeftOut);
+    }
+    return reply;
 }
 
 KAuth::ActionReply Helper::writenotificationconfigs(const QVariantMap &arguments)

@@ -29,6 +29,17 @@ public Q_SLOTS:
     /** Starts, stops or restarts the logging service; arguments as readServiceCommand() takes them, no reply
      * data. */
     KAuth::ActionReply loggingservicectl(const QVariantMap &arguments);
+    /**
+     * Writes the archive of the configuration to a file of the requester's; arguments as
+     * TransferRequest::read() takes them with "output", no reply data.
+     */
+    KAuth::ActionReply exportconfig(const QVariantMap &arguments);
+    /**
+     * Installs the configuration from an archive that the requester may read; arguments as
+     * TransferRequest::read() takes them with "input". Reply data: "mainConfigImportFault" (bool), true when
+     * the main configuration was made for another version and was left out.
+     */
+    KAuth::ActionReply importconfig(const QVariantMap &arguments);
     /** Writes notification fragments; arguments as FragmentWriteRequest::read() takes them, no reply data. */
     KAuth::ActionReply writenotificationconfigs(const QVariantMap &arguments);
     /** Removes notification fragments; arguments as FragmentRemoveRequest::read() takes them, no reply data.

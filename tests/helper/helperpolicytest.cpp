@@ -45,7 +45,9 @@ void HelperPolicyTest::initTestCase()
 void HelperPolicyTest::declaresTheVerbsOfTheHelper()
 {
     QCOMPARE(m_actions.keys(),
-             (QStringList{QStringLiteral("org.nivra.kcm.adminevents.getauditsettings"),
+             (QStringList{QStringLiteral("org.nivra.kcm.adminevents.exportconfig"),
+                          QStringLiteral("org.nivra.kcm.adminevents.getauditsettings"),
+                          QStringLiteral("org.nivra.kcm.adminevents.importconfig"),
                           QStringLiteral("org.nivra.kcm.adminevents.loggingservicectl"),
                           QStringLiteral("org.nivra.kcm.adminevents.removenotificationconfigs"),
                           QStringLiteral("org.nivra.kcm.adminevents.setauditsettings"),
@@ -69,7 +71,11 @@ void HelperPolicyTest::everyVerbIsForAdministratorsAndExplainedInBothLanguages()
         QVERIFY2(!texts.value(QLatin1String(key)).isEmpty(), key);
     }
     QVERIFY(texts.value(QStringLiteral("message")) != texts.value(QStringLiteral("messageru")));
-    QCOMPARE(texts.value(QStringLiteral("allow_active")), QStringLiteral("auth_admin_keep"));
+    // Whole configurations leave and enter the system only when asked for each time.
+    const bool isAskedEachTime
+        = action.endsWith(QLatin1String(".exportconfig")) || action.endsWith(QLatin1String(".importconfig"));
+    QCOMPARE(texts.value(QStringLiteral("allow_active")),
+             isAskedEachTime ? QStringLiteral("auth_admin") : QStringLiteral("auth_admin_keep"));
     QCOMPARE(texts.value(QStringLiteral("allow_inactive")), QStringLiteral("no"));
     QVERIFY(!texts.contains(QStringLiteral("allow_any")));
 }
