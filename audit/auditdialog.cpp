@@ -12,7 +12,7 @@
 #include <QHeaderView>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QPushButton>
+#include <QKeyEvent>
 
 namespace {
 const QLatin1String on("1");
@@ -44,15 +44,6 @@ AuditDialog::AuditDialog(QWidget *parent)
     view->horizontalHeader()->setSectionResizeMode(AuditTableModel::Name, QHeaderView::Stretch);
     view->horizontalHeader()->setSortIndicator(AuditTableModel::Name, Qt::AscendingOrder);
     view->setSortingEnabled(true);
-    // Return in the filter field is for the filter.
-    const QList<QAbstractButton *> buttons = m_ui->buttonBox->buttons();
-    for (QAbstractButton *button : buttons) {
-        if (auto *pushButton = qobject_cast<QPushButton *>(button)) {
-            pushButton->setAutoDefault(false);
-            pushButton->setDefault(false);
-        }
-    }
-
     connect(m_ui->filterEdit, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_filter->setNameFilter(text.trimmed());
         showWhatIsSet();
@@ -97,6 +88,17 @@ void AuditDialog::setTableData(const QString &json)
     m_ui->auditTableView->scrollToTop();
     m_ui->filterEdit->setFocus();
     showWhatIsSet();
+}
+
+void AuditDialog::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && m_ui->filterEdit->hasFocus()) {
+        // Ends typing the filter, not the dialog.
+        m_ui->auditTableView->setFocus();
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 void AuditDialog::on_buttonBox_accepted()

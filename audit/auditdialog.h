@@ -44,6 +44,9 @@ Q_SIGNALS:
     /// The dialog was accepted; one entry, the JSON text of all rows, shown or not.
     void auditSettingsEdited(const QList<QVariant> &result);
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     void on_buttonBox_accepted();
     [[nodiscard]] QString tableData() const;

@@ -208,6 +208,7 @@ private Q_SLOTS:
         QCOMPARE(shown(), (QStringList{QStringLiteral("alice"), QStringLiteral("Malika")}));
         QTest::keyClick(find<QLineEdit>("filterEdit"), Qt::Key_Return);
         QVERIFY(m_dialog->isVisible());
+        QVERIFY(view()->hasFocus());
         // What is not shown is kept all the same.
         QCOMPARE(accepted().value(QStringLiteral("bob")), 3);
     }
