@@ -71,11 +71,17 @@ bool LoggingSandbox::write(const QString &path, const QByteArray &text) const
         && file.write(text) == text.size();
 }
 
+void LoggingSandbox::setOption(const QByteArray &option) const
+{
+    const QString path = QStringLiteral("etc/syslog-ng/syslog-ng.conf");
+    write(path, contents(path).replace("\noptions { ", "\noptions { " + option + "; "));
+}
+
 int LoggingSandbox::control(const QString &operation)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.setProcessEnvironment(QProcessEnvironment());
+    process.setProcessEnvironment(m_environment);
     process.start(QStringLiteral(SYSTEMCTL),
                   {QStringLiteral("--sandbox"), m_root.path(), operation, QStringLiteral("syslog-ng")});
     const bool ended = process.waitForFinished(30000) && process.exitStatus() == QProcess::NormalExit;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 /**
@@ -26,6 +27,11 @@ public:
     [[nodiscard]] QByteArray contents(const QString &path) const;
     bool write(const QString &path, const QByteArray &text) const;
 
+    /** A variable of the service's environment. */
+    void setVariable(const QString &name, const QString &value) { m_environment.insert(name, value); }
+    /** Adds a global option to the service's configuration. */
+    void setOption(const QByteArray &option) const;
+
     /** Starts the service and waits for its event source, or says in output() why it does not. */
     [[nodiscard]] bool start();
     void stop();
@@ -42,5 +48,6 @@ private:
     int control(const QString &operation);
 
     QTemporaryDir m_root;
+    QProcessEnvironment m_environment;
     QByteArray m_output;
 };
