@@ -13,8 +13,8 @@ class HelperPolicyTest : public QObject
 private Q_SLOTS:
     void initTestCase();
     void declaresTheVerbsOfTheHelper();
-    void everyVerbIsForAdministratorsAndExplainedInBothLanguages_data();
-    void everyVerbIsForAdministratorsAndExplainedInBothLanguages();
+    void everyVerbThatChangesIsForAdministratorsAndAllAreExplained_data();
+    void everyVerbThatChangesIsForAdministratorsAndAllAreExplained();
 
 private:
     // For each action its texts, by element name, with the language appended when there is one.
@@ -55,7 +55,7 @@ void HelperPolicyTest::declaresTheVerbsOfTheHelper()
                           QStringLiteral("org.nivra.kcm.adminevents.writenotificationconfigs")}));
 }
 
-void HelperPolicyTest::everyVerbIsForAdministratorsAndExplainedInBothLanguages_data()
+void HelperPolicyTest::everyVerbThatChangesIsForAdministratorsAndAllAreExplained_data()
 {
     QTest::addColumn<QString>("action");
     for (const QString &action : m_actions.keys()) {
@@ -63,7 +63,7 @@ void HelperPolicyTest::everyVerbIsForAdministratorsAndExplainedInBothLanguages_d
     }
 }
 
-void HelperPolicyTest::everyVerbIsForAdministratorsAndExplainedInBothLanguages()
+void HelperPolicyTest::everyVerbThatChangesIsForAdministratorsAndAllAreExplained()
 {
     QFETCH(QString, action);
     const QMap<QString, QString> texts = m_actions.value(action);
@@ -74,8 +74,11 @@ void HelperPolicyTest::everyVerbIsForAdministratorsAndExplainedInBothLanguages()
     // Whole configurations leave and enter the system only when asked for each time.
     const bool isAskedEachTime
         = action.endsWith(QLatin1String(".exportconfig")) || action.endsWith(QLatin1String(".importconfig"));
+    const bool reads = action.endsWith(QLatin1String(".getauditsettings")); // whenever the page opens
     QCOMPARE(texts.value(QStringLiteral("allow_active")),
-             isAskedEachTime ? QStringLiteral("auth_admin") : QStringLiteral("auth_admin_keep"));
+             reads                 ? QStringLiteral("yes")
+                 : isAskedEachTime ? QStringLiteral("auth_admin")
+                                   : QStringLiteral("auth_admin_keep"));
     QCOMPARE(texts.value(QStringLiteral("allow_inactive")), QStringLiteral("no"));
     QVERIFY(!texts.contains(QStringLiteral("allow_any")));
 }
