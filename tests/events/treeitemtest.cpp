@@ -287,6 +287,101 @@ private Q_SLOTS:
         append(&root, row("wanted", "later"));
         QCOMPARE(root.findChildTopLevel(QStringLiteral("wanted")), direct);
     }
+
+    void destinationChainComesLastWithSourceAndDestination()
+    {
+        TreeItem root(row("Parameter", "Name", "Value"));
+        append(&root, row("log"));
+        root.createDestChain(QStringLiteral("d1"));
+
+        QCOMPARE(root.childCount(), 2);
+        const TreeItem *chain = root.child(1);
+        QCOMPARE(chain->rowData(), (QVector<QVariant>{QStringLiteral("log"), QString(), QVariant()}));
+        QVERIFY(chain->data(1).isValid());
+        QCOMPARE(chain->parentItem(), &root);
+        QCOMPARE(chain->childCount(), 2);
+        QCOMPARE(
+            chain->child(0)->rowData(),
+            (QVector<QVariant>{QStringLiteral("source"), QVariant(), QStringLiteral("nivra_events_src")}));
+        QCOMPARE(chain->child(1)->rowData(),
+                 (QVector<QVariant>{QStringLiteral("destination"), QVariant(), QStringLiteral("d1")}));
+        QCOMPARE(chain->child(1)->parentItem(), chain);
+    }
+
+    void destinationGoesBehindTheLastOneOrBeforeTheFirstLogPath_data()
+    {
+        QTest::addColumn<QStringList>("before");
+        QTest::addColumn<int>("position");
+        const QString source = QStringLiteral("source");
+        const QString destination = QStringLiteral("destination");
+        const QString log = QStringLiteral("log");
+        QTest::newRow("empty") << QStringList() << 0;
+        QTest::newRow("neither") << QStringList{source, source} << 2;
+        QTest::newRow("log paths only") << QStringList{source, log, source, log} << 1;
+        QTest::newRow("destinations") << QStringList{destination, source, destination, source, log} << 3;
+        QTest::newRow("destination behind a log path") << QStringList{log, destination, log} << 2;
+    }
+
+    void destinationGoesBehindTheLastOneOrBeforeTheFirstLogPath()
+    {
+        QFETCH(QStringList, before);
+        QFETCH(int, position);
+        TreeItem root(row("Parameter", "Name", "Value"));
+        for (const QString &keyword : before) {
+            append(&root, row(qPrintable(keyword), "x"));
+        }
+        auto *added = new TreeItem(row("destination", "new"), &root);
+        root.appendChildDestination(added);
+
+        QCOMPARE(root.childCount(), before.size() + 2);
+        QCOMPARE(root.child(position), added);
+        QCOMPARE(added->row(), position);
+        QCOMPARE(root.child(root.childCount() - 1)->child(1)->data(2).toString(), QStringLiteral("new"));
+    }
+
+    void logPathsOfADestinationAreDeleted()
+    {
+        TreeItem root(row("Parameter", "Name", "Value"));
+        append(&root, row("destination", "d1"));
+        root.createDestChain(QStringLiteral("d1"));
+        root.createDestChain(QStringLiteral("d2"));
+        root.createDestChain(QStringLiteral("d1"));
+
+        QVERIFY(root.deleteLogChild(QStringLiteral("d1")));
+        QCOMPARE(root.childCount(), 2);
+        QCOMPARE(root.child(0)->data(0).toString(), QStringLiteral("destination"));
+        QCOMPARE(root.child(1)->child(1)->data(2).toString(), QStringLiteral("d2"));
+        QVERIFY(!root.deleteLogChild(QStringLiteral("d1")));
+        QCOMPARE(root.childCount(), 2);
+    }
+
+    void logPathKeepsItsOtherDestinations()
+    {
+        TreeItem root(row("Parameter", "Name", "Value"));
+        root.createDestChain(QStringLiteral("d1"));
+        TreeItem *chain = root.child(0);
+        append(chain, row("destination", "", "d2"));
+        append(chain, row("destination", "", "d1"));
+
+        QVERIFY(root.deleteLogChild(QStringLiteral("d1")));
+        QCOMPARE(root.childCount(), 1);
+        QCOMPARE(chain->childCount(), 2);
+        QCOMPARE(chain->child(0)->data(2).toString(), QStringLiteral("nivra_events_src"));
+        QCOMPARE(chain->child(1)->data(2).toString(), QStringLiteral("d2"));
+    }
+
+    void sourceOfTheSameNameIsNoDestination()
+    {
+        TreeItem root(row("Parameter", "Name", "Value"));
+        root.createDestChain(QStringLiteral("d2"));
+        root.child(0)->child(0)->setData(2, QStringLiteral("d1"));
+        auto *other = append(&root, row("junction"));
+        append(other, row("destination", "", "d1"));
+
+        QVERIFY(!root.deleteLogChild(QStringLiteral("d1")));
+        QCOMPARE(root.childCount(), 2);
+        QCOMPARE(root.child(0)->childCount(), 2);
+    }
 };
 
 QTEST_GUILESS_MAIN(TreeItemTest)
