@@ -64,7 +64,7 @@ QByteArray daemonComplaints(const QByteArray &configuration)
 } // namespace
 
 /// What the page saves, in the hands of the real daemon.
-class DeliveryTest : public QObject
+class DestinationDeliveryTest : public QObject
 {
     Q_OBJECT
 
@@ -81,7 +81,7 @@ private:
     std::unique_ptr<PrivateBus> m_bus;
 };
 
-void DeliveryTest::initTestCase()
+void DestinationDeliveryTest::initTestCase()
 {
     if (!LoggingSandbox::hasSyslogNg()) {
         QSKIP("needs syslog-ng");
@@ -94,7 +94,7 @@ void DeliveryTest::initTestCase()
     qputenv("ADMINEVENTS_ROOT", root.toUtf8());
 }
 
-void DeliveryTest::namesThatTheDialogTakesAreTakenByTheDaemon()
+void DestinationDeliveryTest::namesThatTheDialogTakesAreTakenByTheDaemon()
 {
     const auto root = MainTree::read("source nivra_events_src {\n    internal();\n};\n");
     int taken = 0;
@@ -116,7 +116,7 @@ void DeliveryTest::namesThatTheDialogTakesAreTakenByTheDaemon()
     QCOMPARE(daemonComplaints(MainTree::written(*root)), QByteArray());
 }
 
-void DeliveryTest::pathsThatTheDialogTakesAreTakenByTheDaemon()
+void DestinationDeliveryTest::pathsThatTheDialogTakesAreTakenByTheDaemon()
 {
     const auto root = MainTree::read("source nivra_events_src {\n    internal();\n};\n");
     int number = 0;
@@ -130,7 +130,7 @@ void DeliveryTest::pathsThatTheDialogTakesAreTakenByTheDaemon()
     QCOMPARE(daemonComplaints(MainTree::written(*root)), QByteArray());
 }
 
-void DeliveryTest::daemonRefusesWhatItShould()
+void DestinationDeliveryTest::daemonRefusesWhatItShould()
 {
     for (const char *name : {"if", "channel", "log", "junction", "template", "yes"}) {
         QVERIFY(!DestinationNames::isValid(QString::fromUtf8(name)));
@@ -140,7 +140,7 @@ void DeliveryTest::daemonRefusesWhatItShould()
     }
 }
 
-void DeliveryTest::recordsReachAddedDestinations()
+void DestinationDeliveryTest::recordsReachAddedDestinations()
 {
     LoopbackListener stream(SOCK_STREAM);
     LoopbackListener datagram(SOCK_DGRAM);
@@ -178,6 +178,6 @@ void DeliveryTest::recordsReachAddedDestinations()
     m_sandbox->stop();
 }
 
-QTEST_MAIN(DeliveryTest)
+QTEST_MAIN(DestinationDeliveryTest)
 
-#include "deliverytest.moc"
+#include "destinationdeliverytest.moc"
