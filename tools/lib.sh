@@ -111,6 +111,18 @@ make_locale() {
     [ -e "$1/$2.UTF-8/LC_CTYPE" ] || die "the locale $2.UTF-8 could not be made in $1"
 }
 
+# Builds what a sandbox needs, without tests and benchmarks. $1: build folder.
+build_page() {
+    local build=$1 log=$1/run-build.log
+    say "Building in $build"
+    mkdir -p "$build" || exit 1
+    if ! { cmake -S "$source_dir" --preset release -B "$build" -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF \
+        -DADMINEVENTS_BENCHMARKS=OFF && cmake --build "$build"; } >"$log" 2>&1; then
+        tail -n 40 "$log" >&2
+        die "the build failed; all of it is in $log"
+    fi
+}
+
 # Waits until a command succeeds. $1: seconds, rest: the command.
 wait_until() {
     local deadline=$((SECONDS + $1))
