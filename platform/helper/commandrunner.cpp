@@ -39,10 +39,22 @@ QString withOutput(const QString &text, const QByteArray &output)
     return shown.isEmpty() ? text : text + QLatin1Char('\n') + shown;
 }
 
+CommandResult ended(const QString &text, QProcess &child)
+{
+    const QByteArray output = child.readAll();
+    return {Outcome::failure(withOutput(text, output)), output};
+}
+
 } // namespace
 
 Outcome CommandRunner::run(const QString &program, const QStringList &arguments,
                            std::chrono::milliseconds limit)
+{
+    return capture(program, arguments, limit).outcome;
+}
+
+CommandResult CommandRunner::capture(const QString &program, const QStringList &arguments,
+                                     std::chrono::milliseconds limit)
 {
     const QString command = commandText(program, arguments);
     Child child;
@@ -55,26 +67,23 @@ Outcome CommandRunner::run(const QString &program, const QStringList &arguments,
     child.setProcessChannelMode(QProcess::MergedChannels);
     child.start(program, arguments);
     if (!child.waitForStarted()) {
-        return Outcome::failure(i18n("\"%1\" could not be started: %2", command, child.errorString()));
+        return {Outcome::failure(i18n("\"%1\" could not be started: %2", command, child.errorString())), {}};
     }
     const auto group = static_cast<pid_t>(child.processId());
     if (!child.waitForFinished(static_cast<int>(limit.count()))) {
         ::kill(-group, SIGKILL);
         child.waitForFinished(killWaitMs);
-        return Outcome::failure(
-            withOutput(i18n("\"%1\" did not end within %2 seconds.", command,
-                            QString::number(std::chrono::ceil<std::chrono::seconds>(limit).count())),
-                       child.readAll()));
+        return ended(i18n("\"%1\" did not end within %2 seconds.", command,
+                          QString::number(std::chrono::ceil<std::chrono::seconds>(limit).count())),
+                     child);
     }
     if (child.exitStatus() != QProcess::NormalExit) {
-        return Outcome::failure(withOutput(i18n("\"%1\" was ended by a signal.", command), child.readAll()));
+        return ended(i18n("\"%1\" was ended by a signal.", command), child);
     }
     if (child.exitCode() != 0) {
-        return Outcome::failure(
-            withOutput(i18n("\"%1\" failed with code %2.", command, QString::number(child.exitCode())),
-                       child.readAll()));
+        return ended(i18n("\"%1\" failed with code %2.", command, QString::number(child.exitCode())), child);
     }
-    return Outcome::success();
+    return {Outcome::success(), child.readAll()};
 }
 
 } // namespace AdminEventsHelper

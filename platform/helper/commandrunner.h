@@ -4,11 +4,19 @@
 
 #include "outcome.h"
 
+#include <QByteArray>
 #include <QStringList>
 
 #include <chrono>
 
 namespace AdminEventsHelper {
+
+/** How a program ended, and what it printed on either channel. */
+struct CommandResult
+{
+    Outcome outcome;
+    QByteArray output;
+};
 
 /**
  * Runs a program without a shell: fixed arguments, standard input from /dev/null, working directory "/", and
@@ -24,6 +32,9 @@ public:
      * another code than 0; its text holds the command and the last lines that it printed on either channel.
      */
     static Outcome run(const QString &program, const QStringList &arguments, std::chrono::milliseconds limit);
+    /** As run(), and returns the whole output as well. */
+    static CommandResult capture(const QString &program, const QStringList &arguments,
+                                 std::chrono::milliseconds limit);
 };
 
 } // namespace AdminEventsHelper

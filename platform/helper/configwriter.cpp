@@ -4,6 +4,7 @@
 
 #include "argumentreader.h"
 #include "atomicfilewriter.h"
+#include "auditcontinuefile.h"
 #include "backupstore.h"
 #include "configtarget.h"
 #include "contentcheck.h"
@@ -76,6 +77,11 @@ Outcome ConfigWriter::write(const WriteRequest &request) const
     // Again under the lock: another helper may have replaced the file meanwhile.
     if (Outcome prepared = writer.prepare(); !prepared) {
         return prepared;
+    }
+    if (target.value().format == ConfigTarget::Format::AuditRules && !request.content.trimmed().isEmpty()) {
+        if (Outcome ensured = AuditContinueFile::ensure(directory.value(), backups.value()); !ensured) {
+            return ensured;
+        }
     }
     return writer.write(request.content, backups.value());
 }

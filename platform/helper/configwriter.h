@@ -33,7 +33,8 @@ public:
     /**
      * Replaces one of the files of the closed set (see ConfigTarget) by a content that ContentCheck accepts.
      * The file's directory must exist. A failure leaves the file as it was, unless its text says that the
-     * directory could not be flushed to the disk afterwards.
+     * directory could not be flushed to the disk afterwards. Audit rules bring the file along that has them
+     * loaded one by one (see AuditContinueFile).
      */
     Outcome write(const WriteRequest &request) const;
 

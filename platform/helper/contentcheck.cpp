@@ -20,8 +20,6 @@ namespace AdminEventsHelper {
 
 namespace {
 
-constexpr int shownLength = 100;
-
 Outcome checkEventSettings(const QString &path, const QByteArray &content)
 {
     if (content.isEmpty()) {
@@ -97,31 +95,36 @@ bool hasControlCharacter(const QByteArray &line)
     });
 }
 
-// What comes from a file may hold anything, and goes into a message and a log.
-QString shown(const QByteArray &line)
-{
-    QString text = QString::fromUtf8(line.left(shownLength));
-    std::replace_if(
-        text.begin(), text.end(), [](QChar c) { return !c.isPrint(); }, QChar(QChar::ReplacementCharacter));
-    return text;
-}
-
 Outcome checkAuditRules(const QString &path, const QByteArray &content)
 {
     const QList<QByteArray> lines = content.split('\n');
     for (int i = 0; i < lines.size(); ++i) {
         const QByteArray trimmed = lines.at(i).trimmed();
-        if (hasControlCharacter(lines.at(i))
-            || !(trimmed.isEmpty() || trimmed.startsWith('#') || isRule(lines.at(i)))) {
+        const bool isRemark = trimmed.isEmpty() || trimmed.startsWith('#');
+        if (hasControlCharacter(lines.at(i)) || !(isRemark || isRule(lines.at(i)))) {
             return Outcome::failure(
                 i18n("Line %1 of the new content of \"%2\" is not a rule that may be written: %3",
-                     QString::number(i + 1), path, shown(lines.at(i))));
+                     QString::number(i + 1), path, ContentCheck::shown(lines.at(i))));
         }
     }
     return Outcome::success();
 }
 
 } // namespace
+
+bool ContentCheck::isAuditRule(const QByteArray &line)
+{
+    return !hasControlCharacter(line) && isRule(line);
+}
+
+QString ContentCheck::shown(const QByteArray &text, int length)
+{
+    QString beginning = QString::fromUtf8(text.left(length));
+    std::replace_if(
+        beginning.begin(), beginning.end(), [](QChar c) { return !c.isPrint(); },
+        QChar(QChar::ReplacementCharacter));
+    return beginning;
+}
 
 Result<QList<QByteArray>> ContentCheck::formerTexts(const SafeDirectory &root, const ConfigTarget &target)
 {

@@ -57,8 +57,13 @@ KAuth::ActionReply Helper::loggingservicectl(const QVariantMap &arguments)
     if (!command) {
         return answer(QStringLiteral("loggingservicectl"), command.outcome());
     }
+    ServiceControl control(m_options.systemctl);
+    const AuditRulesLoader::Programs programs{m_options.augenrules, m_options.auditctl};
+    if (AuditRulesLoader::isWanted(m_options.root, programs)) {
+        control.setRulesLoader(AuditRulesLoader(m_options.root, programs));
+    }
     return answer(QStringLiteral("loggingservicectl ") + arguments.value(QStringLiteral("cmd")).toString(),
-                  ServiceControl(m_options.systemctl).run(command.value()));
+                  control.run(command.value()));
 }
 
 KAuth::ActionReply Helper::exportconfig(const QVariantMap &arguments)

@@ -3,6 +3,7 @@
 #include "helperoptions.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QSet>
 
 namespace AdminEventsHelper {
@@ -10,11 +11,16 @@ namespace AdminEventsHelper {
 Result<HelperOptions> HelperOptions::parse(const QStringList &words)
 {
     HelperOptions options;
+    const QHash<QString, QString *> targets{{QStringLiteral("--root"), &options.root},
+                                            {QStringLiteral("--systemctl"), &options.systemctl},
+                                            {QStringLiteral("--augenrules"), &options.augenrules},
+                                            {QStringLiteral("--auditctl"), &options.auditctl}};
     QSet<QString> seen;
     for (int i = 0; i < words.size(); i += 2) {
         const QString &option = words.at(i);
         const bool isRoot = option == QLatin1String("--root");
-        if (!isRoot && option != QLatin1String("--systemctl")) {
+        QString *const target = targets.value(option);
+        if (!target) {
             return Outcome::failure(QStringLiteral("unknown option \"%1\"").arg(option));
         }
         if (seen.contains(option)) {
@@ -31,7 +37,7 @@ Result<HelperOptions> HelperOptions::parse(const QStringList &words)
                     .arg(option, value.filePath(),
                          isRoot ? QStringLiteral("directory") : QStringLiteral("program")));
         }
-        (isRoot ? options.root : options.systemctl) = value.filePath();
+        *target = value.filePath();
     }
     return options;
 }

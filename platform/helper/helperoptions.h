@@ -15,6 +15,12 @@ struct HelperOptions
     QString root = QStringLiteral("/");
     /** "--systemctl PATH": an executable file, by its absolute path; empty for the system's own. */
     QString systemctl;
+    /** "--augenrules PATH": an executable file, by its absolute path, that loads the audit rules of the root;
+     * empty for the system's own, which loads those of "/". With another root and without this option no
+     * rules are loaded. */
+    QString augenrules;
+    /** "--auditctl PATH": an executable file, by its absolute path; empty for the system's own. */
+    QString auditctl;
 
     /**
      * Reads the words after the program's name. An unknown, repeated or incomplete option is a failure. The

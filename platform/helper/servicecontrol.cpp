@@ -64,6 +64,13 @@ public:
                      : Outcome::failure(i18n("%1 was started, but ended at once: %2", unit, state.error()));
     }
 
+    Outcome load(const AuditRulesLoader &loader)
+    {
+        const auto share = std::chrono::milliseconds(m_deadline.remainingTime()) / m_left;
+        --m_left;
+        return loader.load(share);
+    }
+
 private:
     QString m_program;
     QDeadlineTimer m_deadline;
@@ -88,6 +95,14 @@ Result<ServiceCommand> readServiceCommand(const QVariantMap &arguments)
     return Outcome::failure(i18n("\"%1\" is not a command for the logging service.", word));
 }
 
+struct ServiceControl::Results
+{
+    Outcome audit = Outcome::success();
+    Outcome rules = Outcome::success();
+    Outcome logging = Outcome::success();
+    bool loadedRules = false;
+};
+
 ServiceControl::ServiceControl(const QString &systemctl, std::chrono::milliseconds limit)
     : m_systemctl(systemctl)
     , m_limit(limit)
@@ -106,34 +121,46 @@ Outcome ServiceControl::run(ServiceCommand command) const
     }
     const QString auditd = QStringLiteral("auditd");
     const QString logger = QStringLiteral("syslog-ng");
-    Outcome audit = Outcome::success();
-    Outcome logging = Outcome::success();
-    if (command == ServiceCommand::Start) {
-        Sequence sequence(m_systemctl, m_limit, 4);
-        const bool running = sequence.run(QStringLiteral("status"), auditd).ok();
-        if (!running) {
-            audit = sequence.run(verb(command), auditd);
-        }
-        logging = sequence.runToStay(verb(command), logger);
-    } else if (command == ServiceCommand::Restart) {
-        Sequence sequence(m_systemctl, m_limit, 3);
-        audit = sequence.run(verb(command), auditd);
-        logging = sequence.runToStay(verb(command), logger);
-    } else {
-        logging = Sequence(m_systemctl, m_limit, 1).run(verb(command), logger);
+    if (command == ServiceCommand::Stop) {
+        return Sequence(m_systemctl, m_limit, 1).run(verb(command), logger);
     }
-    if (audit) {
-        return logging;
+    const int loads = m_rulesLoader ? 1 : 0;
+    Sequence sequence(m_systemctl, m_limit, (command == ServiceCommand::Start ? 4 : 3) + loads);
+    Results results;
+    if (command == ServiceCommand::Restart || !sequence.run(QStringLiteral("status"), auditd)) {
+        results.audit = sequence.run(verb(command), auditd);
     }
-    if (!logging) {
-        return Outcome::failure(audit.error() + QLatin1Char('\n') + logging.error());
+    if (m_rulesLoader) {
+        results.rules = sequence.load(*m_rulesLoader);
+        results.loadedRules = results.rules.ok();
     }
-    return Outcome::failure(
-        command == ServiceCommand::Start
-            ? i18n("syslog-ng was started, but the audit daemon was not: %1", audit.error())
-            : i18n("syslog-ng was restarted, but the audit daemon was not, so that it may still "
-                   "use the former rules: %1",
-                   audit.error()));
+    results.logging = sequence.runToStay(verb(command), logger);
+    return summary(command, results);
+}
+
+Outcome ServiceControl::summary(ServiceCommand command, const Results &results)
+{
+    QStringList errors;
+    if (!results.audit && !results.logging) {
+        errors << results.audit.error() << results.logging.error();
+    } else if (!results.logging) {
+        errors << results.logging.error();
+    } else if (!results.audit && command == ServiceCommand::Start) {
+        errors << i18n("syslog-ng was started, but the audit daemon was not: %1", results.audit.error());
+    } else if (!results.audit && results.loadedRules) {
+        errors << i18n(
+            "syslog-ng was restarted and the audit rules were loaded, but the audit daemon was not "
+            "restarted: %1",
+            results.audit.error());
+    } else if (!results.audit) {
+        errors << i18n("syslog-ng was restarted, but the audit daemon was not, so that it may still "
+                       "use the former rules: %1",
+                       results.audit.error());
+    }
+    if (!results.rules) {
+        errors << results.rules.error();
+    }
+    return errors.isEmpty() ? Outcome::success() : Outcome::failure(errors.join(QLatin1Char('\n')));
 }
 
 } // namespace AdminEventsHelper

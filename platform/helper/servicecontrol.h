@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "auditrulesloader.h"
 #include "outcome.h"
 
 #include <QString>
 #include <QVariantMap>
 
 #include <chrono>
+#include <optional>
 
 namespace AdminEventsHelper {
 
@@ -25,8 +27,9 @@ Result<ServiceCommand> readServiceCommand(const QVariantMap &arguments);
  * - restart: restarts auditd, which loads the audit rules anew, then syslog-ng.
  *
  * Whatever becomes of auditd, syslog-ng is started or restarted: some systems refuse a restart of auditd by
- * hand, and new logging settings must not wait for that. The failure is reported all the same, since then the
- * new audit rules are not in force. A syslog-ng that is gone again shortly after its start is a failure, too.
+ * hand, and new logging settings must not wait for that. The failure is reported all the same, as are audit
+ * rules that are not in force then (see AuditRulesLoader). A syslog-ng that is gone again shortly after its
+ * start is a failure, too.
  */
 class ServiceControl
 {
@@ -45,11 +48,18 @@ public:
     explicit ServiceControl(const QString &systemctl = QString(),
                             std::chrono::milliseconds limit = defaultLimit);
 
+    /** Has a start and a restart load the audit rules, after the audit daemon and before syslog-ng. */
+    void setRulesLoader(const AuditRulesLoader &loader) { m_rulesLoader = loader; }
+
     /** Runs the command; a failure names every service that it concerns and what the service manager said. */
     Outcome run(ServiceCommand command) const;
 
 private:
+    struct Results;
+    static Outcome summary(ServiceCommand command, const Results &results);
+
     QString m_systemctl;
+    std::optional<AuditRulesLoader> m_rulesLoader;
     std::chrono::milliseconds m_limit;
 };
 

@@ -159,11 +159,15 @@ void HelperRequestTest::readsOptions()
     QCOMPARE(none.value().systemctl, QString());
 
     const QTemporaryDir directory;
-    const auto both = HelperOptions::parse({QStringLiteral("--systemctl"), QStringLiteral("/bin/sh"),
-                                            QStringLiteral("--root"), directory.path()});
-    QVERIFY2(both.ok(), qPrintable(both.error()));
-    QCOMPARE(both.value().root, directory.path());
-    QCOMPARE(both.value().systemctl, QStringLiteral("/bin/sh"));
+    const auto all = HelperOptions::parse({QStringLiteral("--systemctl"), QStringLiteral("/bin/sh"),
+                                           QStringLiteral("--auditctl"), QStringLiteral("/bin/cat"),
+                                           QStringLiteral("--root"), directory.path(),
+                                           QStringLiteral("--augenrules"), QStringLiteral("/bin/ls")});
+    QVERIFY2(all.ok(), qPrintable(all.error()));
+    QCOMPARE(all.value().root, directory.path());
+    QCOMPARE(all.value().systemctl, QStringLiteral("/bin/sh"));
+    QCOMPARE(all.value().auditctl, QStringLiteral("/bin/cat"));
+    QCOMPARE(all.value().augenrules, QStringLiteral("/bin/ls"));
     qunsetenv("ADMINEVENTS_ROOT");
 }
 
@@ -173,7 +177,8 @@ void HelperRequestTest::refusesUnsoundOptions_data()
     for (const char *line :
          {"--root", "--systemctl", "--help", "-h", "/tmp", "--root=/tmp", "--root tmp", "--root ..",
           "--root /does/not/exist", "--root /etc/passwd", "--root /tmp --root /tmp", "--systemctl sh",
-          "--systemctl /etc/passwd", "--systemctl /usr", "--root /tmp extra", "--systemctl /bin/sh --root"}) {
+          "--systemctl /etc/passwd", "--systemctl /usr", "--root /tmp extra", "--systemctl /bin/sh --root",
+          "--augenrules", "--augenrules /tmp", "--auditctl auditctl"}) {
         QTest::newRow(line) << QString::fromLatin1(line).split(QLatin1Char(' '));
     }
     QTest::newRow("empty word") << QStringList{QString()};
