@@ -228,7 +228,7 @@ void AdminEventsModule::stopWatchConfigs()
     }
 }
 
-void AdminEventsModule::configsChanged(const QString &)
+void AdminEventsModule::configsChanged(const QString &path)
 {
     if (m_reloading) {
         return;
@@ -240,12 +240,15 @@ void AdminEventsModule::configsChanged(const QString &)
     }
     stateWidget()->resetState();
     Q_EMIT changed(false);
-    if (dropsEdits && !m_messageBar->isVisible()) {
-        m_messageBar->setMessageType(KMessageWidget::Information);
-        m_messageBar->setText(i18n("Another program changed the event settings. The page was loaded again; "
-                                   "changes that were not saved are gone."));
-        m_messageBar->show();
+    if (m_messageBar->isVisible()) {
+        return; // it already says something worse of that file
     }
+    const QString happened = i18n("%1 was changed by another program or page.", path);
+    m_messageBar->setMessageType(dropsEdits ? KMessageWidget::Warning : KMessageWidget::Information);
+    m_messageBar->setText(
+        dropsEdits ? i18n("%1 The page was loaded again; changes that were not saved are gone.", happened)
+                   : i18n("%1 The page was loaded again.", happened));
+    m_messageBar->show();
 }
 
 void AdminEventsModule::dataChanged()

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void everyExternalChangeReloadsThePage();
     void aFileThatAppearsLaterIsWatched();
     void anExternalChangeDropsUnsavedEditsAndSaysSo();
+    void whatOnePageAppliesAnotherShowsAndSaysWhy();
     void ownSavesCauseNoReload();
     void aClickOnASwitchInTheViewTurnsItAlone();
     void aRefusedValueIsExplainedInTheMessageBar();
@@ -289,7 +290,25 @@ void LoadTest::anExternalChangeDropsUnsavedEditsAndSaysSo()
     QCOMPARE(changes.last().at(0).toBool(), false);
     const auto *bar = page->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
     QVERIFY(bar->isVisibleTo(page.get()));
-    QVERIFY(bar->text().contains(QStringLiteral("Another program changed")));
+    QVERIFY2(bar->text().contains(m_machine.settingsPath()), qPrintable(bar->text()));
+    QVERIFY(bar->text().contains(QStringLiteral("not saved are gone")));
+}
+
+void LoadTest::whatOnePageAppliesAnotherShowsAndSaysWhy()
+{
+    const auto one = m_machine.openPage();
+    const auto other = m_machine.openPage();
+    QVERIFY(one && other);
+    m_machine.toggle(*one, QStringLiteral("plain"));
+    one->save();
+    QTRY_COMPARE(m_machine.node(other->workingModel(), QStringLiteral("plain"))->checkState,
+                 int(Qt::Checked));
+    const auto *bar = other->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
+    QTRY_VERIFY(bar->isVisibleTo(other.get()));
+    QVERIFY2(bar->text().contains(m_machine.settingsPath()), qPrintable(bar->text()));
+    QVERIFY(!bar->text().contains(QStringLiteral("gone"))); // nothing was lost there
+    QVERIFY(other->compareModels());
+    QVERIFY(!one->findChild<KMessageWidget *>(QStringLiteral("messageBar"))->isVisibleTo(one.get()));
 }
 
 void LoadTest::ownSavesCauseNoReload()
