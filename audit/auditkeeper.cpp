@@ -26,8 +26,8 @@ bool AuditKeeper::readAll(const QStringList &users, const QStringList &groups)
     const QStringList &identifiers = AuditSettings::auditIDs();
     AuditSettings read;
     const auto failed = [this] {
-        m_error = m_service.errorString();
-        return !m_error.isEmpty();
+        m_readError = m_service.errorString();
+        return !m_readError.isEmpty();
     };
     read.setUsers(m_service.getAuditSettings(AuditSettings::Users, identifiers, users));
     if (failed()) {
@@ -65,7 +65,7 @@ QString AuditKeeper::refusal() const
         return i18n(
             "The audit settings of users and groups could not be read when the page was opened, so they "
             "cannot be changed: %1",
-            m_error);
+            m_readError);
     }
     const AuditSettings changes = m_collected.differencesFrom(m_system);
     const QString refusal = AuditService::refusalOf(changes.users());
@@ -81,7 +81,7 @@ bool AuditKeeper::write()
         m_system.merge(written);
     };
     const auto written = [this](bool ok) {
-        m_error = ok ? QString() : m_service.errorString();
+        m_writeError = ok ? QString() : m_service.errorString();
         return ok;
     };
     if (!changes.groups().isEmpty()) {

@@ -21,7 +21,7 @@ public:
 
     /**
      * Reads the settings of all given accounts and of all others, unless that was done or tried before.
-     * @return false when they could not be read, now or before; error() then says why.
+     * @return false when they could not be read, now or before; readError() then says why.
      */
     [[nodiscard]] bool read(const QStringList &users, const QStringList &groups);
 
@@ -42,12 +42,15 @@ public:
 
     /**
      * Writes the collected settings where they differ from the system's: groups, users, then all others.
-     * @return false when one of the three failed; error() then says why, and what was written before it
+     * @return false when one of the three failed; writeError() then says why, and what was written before it
      * stays.
      */
     [[nodiscard]] bool write();
 
-    [[nodiscard]] QString error() const { return m_error; }
+    /// Empty unless read() failed.
+    [[nodiscard]] QString readError() const { return m_readError; }
+    /// Empty unless the last write() failed.
+    [[nodiscard]] QString writeError() const { return m_writeError; }
 
 private:
     enum class State { NotRead, Read, Failed };
@@ -58,5 +61,6 @@ private:
     State m_state = State::NotRead;
     AuditSettings m_system;
     AuditSettings m_collected;
-    QString m_error;
+    QString m_readError;
+    QString m_writeError;
 };

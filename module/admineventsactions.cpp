@@ -62,6 +62,7 @@ void AdminEventsModule::editEvent(const QModelIndex &index)
     }
     m_editedNode = NodeAddress(*itemAt(index));
     editWatched(index);
+    editAudited(index);
 }
 
 void AdminEventsModule::contextMenuRequested(const QPoint &position)

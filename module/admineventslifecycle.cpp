@@ -96,6 +96,7 @@ void AdminEventsModule::load_p()
     viewState.restore();
     m_loadedSettings = settings.contentHash;
     showSettingsFileState(settings);
+    showAuditState();
     switchSngStatus();
 }
 
@@ -103,8 +104,14 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser)
 {
     m_users = parser.users();
     m_groups = parser.groups();
-    m_workingModel->setRootItem(parser.parse());
-    m_referenceModel->setRootItem(parser.parse());
+    std::unique_ptr<EventTreeItem> working(parser.parse());
+    std::unique_ptr<EventTreeItem> reference(parser.parse());
+    getAuditSettings(*working);
+    // Before a model shows them: what the system records is no change.
+    synchronizeAuditSettings(*working);
+    synchronizeAuditSettings(*reference);
+    m_workingModel->setRootItem(working.release());
+    m_referenceModel->setRootItem(reference.release());
 }
 
 void AdminEventsModule::checkEventSettingsDirectory()
@@ -142,12 +149,16 @@ void AdminEventsModule::showSettingsFileState(const SettingsFile &settings)
 bool AdminEventsModule::save_p()
 {
     stopWatchConfigs();
-    const bool saved = writeEventSettings();
+    bool saved = checkAuditSettings() && writeEventSettings();
     if (saved) {
         if (m_watcher) {
             m_watcher->acknowledge(); // these changes are the page's own
         }
-        m_loggingService->restart();
+        const AuditSave audit = saveAuditSettings();
+        saved = audit != AuditSave::Failed;
+        if (saved && !(audit == AuditSave::Written && rebootsForAudit())) {
+            m_loggingService->restart();
+        }
     }
     startWatchConfigs();
     return saved;

@@ -5,6 +5,8 @@
 
 #include "ui_admineventsmodule.h"
 
+#include <auditkeeper.h>
+#include <auditservice.h>
 #include <checkabletreemodel.h>
 #include <configaccessservice.h>
 #include <eventconfigstorage.h>
@@ -28,6 +30,8 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     , m_ui(std::make_unique<Ui_AdminEventsModule>())
     , m_configAccessService(new ConfigAccessService(this))
     , m_loggingService(new LoggingService(this))
+    , m_auditService(new AuditService(this))
+    , m_auditKeeper(std::make_unique<AuditKeeper>(*m_auditService))
     , m_storage(
           std::make_unique<EventConfigStorage>(SystemPaths::resolve(SystemPaths::eventSettingsDirectory())))
 {
@@ -35,6 +39,7 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     createMessageBar();
     m_example = new EventExample(this);
     createFileDialogs();
+    createAuditDialog();
     createToolButtons();
     createView();
     createSearch();

@@ -11,6 +11,9 @@
 
 #include <memory>
 
+class AuditDialog;
+class AuditKeeper;
+class AuditService;
 class CheckableTreeModel;
 class ConfigAccessService;
 class ConfigWatcher;
@@ -84,6 +87,8 @@ public Q_SLOTS:
     void resetEvent(EventTreeItem *item);
     /// Stores the list of files or directories that its dialog was opened for.
     void fileArrayAccepted(const QVariant &value);
+    /// Takes over what the audit dialog was accepted with.
+    void auditSettingsAccepted(const QList<QVariant> &result);
     /// Stores the directories with limits that their dialog was opened for.
     void directoriesAccepted(const QList<QVariant> &data);
 
@@ -108,6 +113,17 @@ private:
     void editWatched(const QModelIndex &index);
     void showGone(const NodeAddress &address);
 
+    // Audit settings of users and groups
+    enum class AuditSave { Unchanged, Written, Failed };
+    void createAuditDialog();
+    void editAudited(const QModelIndex &index);
+    void getAuditSettings(const EventTreeItem &root);
+    void synchronizeAuditSettings(EventTreeItem &root) const;
+    void showAuditState();
+    [[nodiscard]] bool checkAuditSettings();
+    [[nodiscard]] AuditSave saveAuditSettings();
+    [[nodiscard]] bool rebootsForAudit();
+
     // Loading and saving
     void checkEventSettingsDirectory();
     void showSettingsFileState(const SettingsFile &settings);
@@ -125,6 +141,8 @@ private:
     std::unique_ptr<Ui_AdminEventsModule> m_ui;
     ConfigAccessService *m_configAccessService;
     LoggingService *m_loggingService;
+    AuditService *m_auditService;
+    std::unique_ptr<AuditKeeper> m_auditKeeper;
     std::unique_ptr<EventConfigStorage> m_storage;
     NodeDictionary m_dictionary;
     CheckableTreeModel *m_referenceModel = nullptr; // as last loaded
@@ -138,6 +156,8 @@ private:
     DiskSpaceMonDialog *m_diskSpaceDialog = nullptr;
     NodeAddress m_editedList; // what the files dialog edits
     NodeAddress m_editedDirectories;
+    AuditDialog *m_auditDialog = nullptr;
+    NodeAddress m_editedSubjects; // what the audit dialog edits
     NodeAddress m_editedNode; // what the open dialog edits
     QStringList m_users; // the system's, as last loaded
     QStringList m_groups;
@@ -146,6 +166,7 @@ private:
     QString m_secondViewerArgument;
     bool m_accessed = false;
     bool m_reloading = false;
+    bool m_auditChanged = false; // since the last load, as of the last check
     bool m_valueRejected = false; // the message bar says why
     bool m_sngRunning = false; // as last shown
 };

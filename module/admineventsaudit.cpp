@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "admineventsmodule.h"
+
+#include <auditdialog.h>
+#include <auditkeeper.h>
+#include <audittree.h>
+#include <checkabletreemodel.h>
+#include <coreutils.h>
+#include <eventtreeitem.h>
+#include <guiutils.h>
+#include <systempaths.h>
+
+#include <KLocalizedString>
+#include <KMessageWidget>
+
+namespace {
+constexpr int jsonColumn = 2;
+}
+
+void AdminEventsModule::createAuditDialog()
+{
+    m_auditDialog = new AuditDialog(this);
+    connect(m_auditDialog, &AuditDialog::auditSettingsEdited, this,
+            &AdminEventsModule::auditSettingsAccepted);
+}
+
+void AdminEventsModule::editAudited(const QModelIndex &index)
+{
+    const QModelIndex name = index.siblingAtColumn(0);
+    const bool users = name.data(CheckableTreeModel::UsersRole).toBool();
+    const EventTreeItem *item = itemAt(index);
+    if ((!users && !name.data(CheckableTreeModel::GroupsRole).toBool())
+        || item->kind != EventTreeItem::Subjects) {
+        return;
+    }
+    m_editedSubjects = NodeAddress(*item);
+    m_auditDialog->setWindowTitle(name.data().toString());
+    m_auditDialog->setTableData(index.siblingAtColumn(jsonColumn).data().toString());
+    m_auditDialog->setDialogType(users ? AuditDialog::Users : AuditDialog::Groups);
+    m_auditDialog->show();
+    m_auditDialog->raise();
+    m_auditDialog->activateWindow();
+}
+
+void AdminEventsModule::auditSettingsAccepted(const QList<QVariant> &result)
+{
+    EventTreeItem *subjects = m_editedSubjects.find(*m_workingModel->rootItem());
+    if (subjects && AuditTree::setSubjects(*subjects, result.value(0).toString())) {
+        m_workingModel->announceChange(subjects);
+    } else {
+        showGone(m_editedSubjects);
+    }
+}
+
+void AdminEventsModule::getAuditSettings(const EventTreeItem &root)
+{
+    // A catalog without such events gives no reason to ask for a password.
+    if (AuditTree::namesOperations(root)) {
+        (void)m_auditKeeper->read(m_users, m_groups); // showAuditState() tells a failure
+    }
+}
+
+void AdminEventsModule::synchronizeAuditSettings(EventTreeItem &root) const
+{
+    m_auditKeeper->copyInto(root);
+}
+
+void AdminEventsModule::showAuditState()
+{
+    if (m_auditKeeper->readError().isEmpty() || m_messageBar->isVisibleTo(this)) {
+        return;
+    }
+    m_messageBar->setMessageType(KMessageWidget::Warning);
+    m_messageBar->setText(i18n("Which users and groups are audited could not be read from the system, so the "
+                               "page shows what was saved with the events. %1",
+                               m_auditKeeper->readError()));
+    m_messageBar->show();
+}
+
+bool AdminEventsModule::checkAuditSettings()
+{
+    // Collected once, when it is needed, and not at every click: a large site has 100,000 such settings.
+    m_auditChanged = m_auditKeeper->collect(*m_workingModel->rootItem(), *m_referenceModel->rootItem(),
+                                            m_users, m_groups);
+    const QString refusal = m_auditChanged ? m_auditKeeper->refusal() : QString();
+    if (!refusal.isEmpty()) {
+        showError(i18n("%1\nNothing was saved.", refusal));
+    }
+    return refusal.isEmpty();
+}
+
+AdminEventsModule::AuditSave AdminEventsModule::saveAuditSettings()
+{
+    if (!m_auditChanged) {
+        return AuditSave::Unchanged;
+    }
+    if (m_auditKeeper->write()) {
+        return AuditSave::Written;
+    }
+    showError(i18n("The events were saved, but the audit settings of users and groups were not: %1",
+                   m_auditKeeper->writeError()));
+    // The page stays as it is, and with it what it knows of the file that it has just written.
+    m_loadedSettings = readSettingsFile(SystemPaths::resolve(SystemPaths::eventSettingsFile())).contentHash;
+    return AuditSave::Failed;
+}
+
+bool AdminEventsModule::rebootsForAudit()
+{
+    if (!Gui::Utils::confirmAboutReboot(
+            i18n("The audit settings will take effect only after the system is rebooted."))) {
+        return false;
+    }
+    Core::Utils::rebootSystem();
+    return true;
+}
