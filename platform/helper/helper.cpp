@@ -8,32 +8,13 @@
 #include "configwriter.h"
 #include "fragmentstore.h"
 #include "helperlog.h"
+#include "requester.h"
 #include "servicecontrol.h"
 #include "targz.h"
 
 #include <KAuth/HelperSupport>
-#include <KLocalizedString>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusError>
 
 namespace AdminEventsHelper {
-
-namespace {
-
-/** The user whose files a request may name. */
-Result<uid_t> requester()
-{
-    const int uid = KAuth::HelperSupport::callerUid();
-    // The framework takes a requester that has left the bus for root.
-    const QDBusConnectionInterface *const bus = QDBusConnection::systemBus().interface();
-    if (uid < 0 || bus == nullptr || bus->lastError().isValid()) {
-        return Outcome::failure(i18n("The user who sent the request cannot be found out."));
-    }
-    return uid_t(uid);
-}
-
-} // namespace
 
 Helper::Helper(const HelperOptions &options, QObject *parent)
     : QObject(parent)
@@ -68,7 +49,7 @@ KAuth::ActionReply Helper::loggingservicectl(const QVariantMap &arguments)
 
 KAuth::ActionReply Helper::exportconfig(const QVariantMap &arguments)
 {
-    const Result<uid_t> caller = requester();
+    const Result<uid_t> caller = findRequester();
     const Result<TransferRequest> request = TransferRequest::read(arguments, QStringLiteral("output"));
     if (!caller || !request) {
         return answer(QStringLiteral("exportconfig"), request ? caller.outcome() : request.outcome());
@@ -81,7 +62,7 @@ KAuth::ActionReply Helper::exportconfig(const QVariantMap &arguments)
 
 KAuth::ActionReply Helper::importconfig(const QVariantMap &arguments)
 {
-    const Result<uid_t> caller = requester();
+    const Result<uid_t> caller = findRequester();
     const Result<TransferRequest> request = TransferRequest::read(arguments, QStringLiteral("input"));
     if (!caller || !request) {
         return answer(QStringLiteral("importconfig"), request ? caller.outcome() : request.outcome());
