@@ -4,6 +4,7 @@
 #include "destinationssettings.h"
 
 #include "adddestinationdialog.h"
+#include "busyindicator.h"
 #include "commonsettingsparser.h"
 #include "commonwriter.h"
 #include "destinationopener.h"
@@ -112,8 +113,13 @@ bool DestinationsSettings::saveConfig()
     if (!losses.isEmpty() && !agreesToLosses(losses)) {
         return false;
     }
-    CommonWriter writer(m_service, SystemPaths::mainConfiguration());
-    if (!writer.writeConfig(m_model->rootItem())) {
+    bool written = false;
+    {
+        const BusyIndicator busy(this);
+        CommonWriter writer(m_service, SystemPaths::mainConfiguration());
+        written = writer.writeConfig(m_model->rootItem());
+    }
+    if (!written) {
         showError(i18n("The destinations could not be saved in %1. %2", SystemPaths::mainConfiguration(),
                        m_service.errorString()));
         return false;

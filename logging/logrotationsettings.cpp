@@ -14,7 +14,9 @@
 #include <treeitem.h>
 
 #include <KFormat>
+#include <KGuiItem>
 #include <KLocalizedString>
+#include <KMessageBox>
 #include <KMessageWidget>
 
 #include <QFileInfo>
@@ -226,10 +228,13 @@ std::unique_ptr<TreeItem> LogRotationSettings::newTree(const RotationScan &scan)
     TreeItem &section = *root->child(0);
     const QString decider = RotationTerms::deciding(section);
     const RotationTerms terms = editedTerms(RotationTerms::of(section));
-    terms.replaceIn(section, RotationTerms::Behind);
     // What decided so far goes on to decide, unless the user had a hand in it.
-    if (!m_touched.size && !m_touched.period && RotationTerms::deciding(section) != decider) {
-        terms.replaceIn(section, RotationTerms::Before);
+    const bool free = m_touched.size || m_touched.period;
+    for (const auto place : {RotationTerms::Behind, RotationTerms::Before, RotationTerms::Behind}) {
+        terms.replaceIn(section, place);
+        if (free || RotationTerms::deciding(section) == decider) {
+            break;
+        }
     }
     return root;
 }
@@ -261,19 +266,12 @@ bool LogRotationSettings::saveConfig()
 
 bool LogRotationSettings::mayLose(const QStringList &losses)
 {
-    constexpr int most = 15; // a longer box would leave the screen
-    QStringList shown = losses.mid(0, most);
-    if (losses.size() > most) {
-        shown.append(i18np("… and %1 more.", "… and %1 more.", losses.size() - most));
-    }
-    QMessageBox box(
-        QMessageBox::Warning, i18n("Save rotation settings"),
-        i18n("Saving writes the file %1 anew, and not all of it can be kept:\n%2\nSave all the same?",
-             SystemPaths::rotationFile(), shown.join(QLatin1Char('\n'))),
-        QMessageBox::Yes | QMessageBox::No, this);
-    box.setDefaultButton(QMessageBox::No);
-    box.setTextFormat(Qt::PlainText);
-    return box.exec() == QMessageBox::Yes;
+    return KMessageBox::warningContinueCancelList(
+               this,
+               i18n("Saving rewrites the whole file %1, and not all of its text can be kept:",
+                    SystemPaths::rotationFile()),
+               losses, i18n("Text would be lost"), KGuiItem(i18n("Save All the Same")))
+        == KMessageBox::Continue;
 }
 
 bool LogRotationSettings::write(TreeItem *root)

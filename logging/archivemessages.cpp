@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "archivemessages.h"
+
+#include <KLocalizedString>
+
+#include <QDir>
+#include <QMessageBox>
+
+namespace ArchiveMessages {
+QString absolutePath(const QString &path)
+{
+    return QDir::home().absoluteFilePath(path);
+}
+
+void showError(QWidget *parent, const QString &text)
+{
+    QMessageBox box(QMessageBox::Critical, i18n("Error"), text, QMessageBox::Ok, parent);
+    // Names of the archive's entries may be part of the text: never to be taken for markup.
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+void showFailure(QWidget *parent, const QString &what, const QString &reason)
+{
+    showError(parent, what + QLatin1Char('\n') + reason);
+}
+} // namespace ArchiveMessages

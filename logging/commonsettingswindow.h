@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class ConfigAccessService;
+class DestinationsSettings;
+class LogRotationSettings;
+class SettingsExporter;
+class SettingsImporter;
+class Ui_CommonSettingsWindow;
+
+/**
+ * The dialog for what concerns the logging service as a whole: destinations, rotation, export and import, one
+ * tab each. OK acts on the tab that is shown, and on no other; edits of the others are dropped.
+ */
+class CommonSettingsWindow : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// @param service kept by reference
+    CommonSettingsWindow(ConfigAccessService &service, QWidget *parent);
+    ~CommonSettingsWindow() override;
+
+    /// Reads all files anew and drops all edits.
+    void loadConfig();
+
+public Q_SLOTS:
+    /// Prepares the pages and shows the dialog, modal, with the tab that was shown last. Returns at once.
+    void open() override;
+    /// The same with the destinations.
+    void openDestinationSettings();
+    /// Saves, exports or imports and closes the dialog; stays open when edits could not be saved.
+    void accept() override;
+    /// Closes the dialog and drops all edits; not while it is at work.
+    void reject() override;
+
+Q_SIGNALS:
+    /// All configuration files may have been replaced.
+    void configurationImported();
+
+private:
+    [[nodiscard]] bool act();
+
+    std::unique_ptr<Ui_CommonSettingsWindow> m_ui;
+    DestinationsSettings *m_destinationsSettings;
+    LogRotationSettings *m_logRotationSettings;
+    SettingsExporter *m_settingsExporter;
+    SettingsImporter *m_settingsImporter;
+};

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "settingsimporter.h"
+
+#include "archivemessages.h"
+#include "busyindicator.h"
+#include "ui_settingsimporter.h"
+
+#include <configaccessservice.h>
+#include <coreutils.h>
+#include <guiutils.h>
+
+#include <KLocalizedString>
+
+#include <QMessageBox>
+
+SettingsImporter::SettingsImporter(ConfigAccessService &service, QWidget *parent)
+    : QWidget(parent)
+    , m_ui(std::make_unique<Ui_SettingsImporter>())
+    , m_service(service)
+{
+    m_ui->setupUi(this);
+    m_ui->fileWidget->init(false);
+}
+
+SettingsImporter::~SettingsImporter() = default;
+
+bool SettingsImporter::importConfig()
+{
+    if (m_ui->fileWidget->filePath().isEmpty()) {
+        ArchiveMessages::showError(this, i18n("No file selected"));
+        return false;
+    }
+    bool imported = false;
+    {
+        const BusyIndicator busy(this);
+        imported = m_service.importConfig(ArchiveMessages::absolutePath(m_ui->fileWidget->filePath()));
+    }
+    if (!imported) {
+        ArchiveMessages::showFailure(this, i18n("Can not import configuration!"), m_service.errorString());
+        return false;
+    }
+    if (mainConfigImportFault()) {
+        QMessageBox::warning(this, i18n("Warning"),
+                             i18n("Failed to import /etc/syslog-ng/conf.d/mod-nivra.conf!\n"
+                                  "The contents of the file are not compatible with the current version of "
+                                  "the event logging subsystem."));
+    }
+    const QString text = QStringLiteral("%1.\n%2").arg(
+        i18n("Configuration imported successfully"),
+        i18n("The notification settings will take effect only after the system is rebooted."));
+    if (Gui::Utils::confirmAboutReboot(text)) {
+        Core::Utils::rebootSystem();
+    }
+    return true;
+}
+
+bool SettingsImporter::mainConfigImportFault() const
+{
+    return m_service.getActionResult(QStringLiteral("mainConfigImportFault")).toBool();
+}
+
+void SettingsImporter::clear()
+{
+    m_ui->fileWidget->clear();
+}
