@@ -40,6 +40,7 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     m_example = new EventExample(this);
     createFileDialogs();
     createAuditDialog();
+    createEditor();
     createToolButtons();
     createView();
     createSearch();

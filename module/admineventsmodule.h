@@ -15,6 +15,7 @@ class AuditDialog;
 class AuditKeeper;
 class AuditService;
 class CheckableTreeModel;
+class CommonSettingsWindow;
 class ConfigAccessService;
 class ConfigWatcher;
 class DiskSpaceMonDialog;
@@ -98,6 +99,7 @@ protected:
 
 private:
     // Building the page
+    void createEditor();
     void createToolButtons();
     void createView();
     void createSearch();
@@ -127,6 +129,7 @@ private:
     // Loading and saving
     void checkEventSettingsDirectory();
     void showSettingsFileState(const SettingsFile &settings);
+    void configurationImported();
     [[nodiscard]] bool writeEventSettings();
     [[nodiscard]] bool mayReplace(const SettingsFile &present);
     void showError(const QString &text);
@@ -150,6 +153,7 @@ private:
     EventsProxyModel *m_proxy = nullptr;
     EventFinder *m_finder = nullptr;
     EventExample *m_example = nullptr;
+    CommonSettingsWindow *m_commonSettings = nullptr;
     KMessageWidget *m_messageBar = nullptr;
     ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
     FilesDialog *m_filesDialog = nullptr;

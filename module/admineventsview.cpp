@@ -6,6 +6,7 @@
 #include "ui_admineventsmodule.h"
 
 #include <checkabletreemodel.h>
+#include <commonsettingswindow.h>
 #include <eventconfigstorage.h>
 #include <eventfinder.h>
 #include <eventitemdelegate.h>
@@ -100,8 +101,8 @@ void AdminEventsModule::createToolButtons()
     settings->setIcon(QIcon::fromTheme(QStringLiteral("gear")));
     settings->setText(i18n("Settings"));
     settings->setStyleSheet(style);
-    settings->setEnabled(false);
-    settings->setToolTip(i18n("Destinations and rotation are not configurable on this page yet."));
+    connect(settings, &QPushButton::clicked, m_commonSettings,
+            &CommonSettingsWindow::openDestinationSettings);
     m_ui->sngStartStopButton->setStyleSheet(style);
     switchSngStatus();
 }

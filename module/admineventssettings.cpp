@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "admineventsmodule.h"
+
+#include <commonsettingswindow.h>
+#include <loggingservice.h>
+#include <statewidget.h>
+
+#include <KLocalizedString>
+#include <KMessageWidget>
+
+void AdminEventsModule::createEditor()
+{
+    m_commonSettings = new CommonSettingsWindow(*m_configAccessService, this);
+    m_commonSettings->setWindowTitle(i18n("Common parameters"));
+    connect(
+        m_commonSettings, &CommonSettingsWindow::configurationImported, m_commonSettings,
+        [this] { configurationImported(); }, Qt::DirectConnection);
+}
+
+void AdminEventsModule::configurationImported()
+{
+    const bool dropsEdits = !compareModels();
+    m_loggingService->restart();
+    load_p();
+    stateWidget()->resetState();
+    Q_EMIT changed(false);
+    if (dropsEdits && !m_messageBar->isVisible()) {
+        m_messageBar->setMessageType(KMessageWidget::Information);
+        m_messageBar->setText(
+            i18n("The page shows the imported event settings; changes that were not saved are gone."));
+        m_messageBar->show();
+    }
+}
