@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractSpinBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -104,7 +105,9 @@ void KeyboardTest::everyControlHasAName()
             ++named;
         } else if (qobject_cast<QComboBox *>(widget) || qobject_cast<QLineEdit *>(widget)
                    || qobject_cast<QTreeView *>(widget)) {
-            bool labelled = !widget->accessibleName().isEmpty();
+            const auto *spinBox = qobject_cast<QAbstractSpinBox *>(widget->parentWidget());
+            bool labelled
+                = !(spinBox ? static_cast<const QWidget *>(spinBox) : widget)->accessibleName().isEmpty();
             for (const QLabel *label : page->findChildren<QLabel *>()) {
                 labelled = labelled || label->buddy() == widget;
             }
