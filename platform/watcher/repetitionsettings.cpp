@@ -3,6 +3,7 @@
 #include "repetitionsettings.h"
 
 #include <nivraevents.h>
+#include <notificationkey.h>
 
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -42,21 +43,6 @@ int intervalOf(const QJsonObject &event, const QJsonObject &overridden)
 }
 
 } // namespace
-
-QString notificationKey(const QString &messageId)
-{
-    QString key;
-    bool raise = false;
-    for (const QChar c : messageId) {
-        if (c == QLatin1Char('_') || c == QLatin1Char('-')) {
-            raise = true;
-        } else {
-            key += raise ? c.toUpper() : c;
-            raise = false;
-        }
-    }
-    return key;
-}
 
 RepetitionSettings::RepetitionSettings(const QString &settingsFile)
     : m_settingsFile(settingsFile)

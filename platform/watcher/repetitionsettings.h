@@ -37,8 +37,4 @@ private:
     QHash<QString, int> m_intervals; ///< by notification key
 };
 
-/** The notification key of a message identifier: each "_" or "-" goes and makes the character after it a
- * capital. */
-QString notificationKey(const QString &messageId);
-
 } // namespace NivraWatcher
