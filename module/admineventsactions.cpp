@@ -98,6 +98,7 @@ void AdminEventsModule::addEventActions(QMenu *menu, EventTreeItem *event)
                             resetEvent(item);
                         }
                     });
+    addNotificationActions(menu, *event);
 }
 
 void AdminEventsModule::resetEvent(EventTreeItem *item)

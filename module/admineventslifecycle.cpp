@@ -10,6 +10,7 @@
 #include <checkabletreemodel.h>
 #include <configaccessservice.h>
 #include <configwatcher.h>
+#include <dbuskeeper.h>
 #include <eventlookup.h>
 #include <eventsproxymodel.h>
 #include <eventswriter.h>
@@ -80,7 +81,11 @@ void AdminEventsModule::load_p()
     }
     const SettingsFile settings = presentSettings();
     m_dictionary = NodeDictionary::fromFile(SystemPaths::resolve(SystemPaths::nodeDictionary()));
-    const SingleEventsParser parser(nullptr);
+    m_notifications.discard();
+    readNotificationsSettings();
+    SingleEventsParser parser(nullptr);
+    parser.setNotificationLookup(
+        [](const QString &messageId) { return DBusKeeper::Instance()->findEvent(messageId); });
     if (!parser.isConfigCorrect()) {
         QMessageBox::critical(
             this, i18n("Event configuration is incorrect."),
@@ -97,11 +102,13 @@ void AdminEventsModule::load_p()
     m_loadedSettings = settings.contentHash;
     showSettingsFileState(settings);
     showAuditState();
+    settleNotifications();
     switchSngStatus();
 }
 
 void AdminEventsModule::loadEvents(const SingleEventsParser &parser)
 {
+    detachNotificationDialog(); // its node goes with the tree
     m_users = parser.users();
     m_groups = parser.groups();
     std::unique_ptr<EventTreeItem> working(parser.parse());
@@ -148,8 +155,13 @@ void AdminEventsModule::showSettingsFileState(const SettingsFile &settings)
 
 bool AdminEventsModule::save_p()
 {
+    if (!isNotificationDialogFree()) {
+        return false;
+    }
     stopWatchConfigs();
-    bool saved = checkAuditSettings() && writeEventSettings();
+    const SettingsFile present = presentSettings();
+    bool saved = checkAuditSettings() && mayReplace(present) && saveNotifications()
+        && writeEventSettings(present);
     if (saved) {
         if (m_watcher) {
             m_watcher->acknowledge(); // these changes are the page's own
@@ -161,15 +173,14 @@ bool AdminEventsModule::save_p()
         }
     }
     startWatchConfigs();
+    if (saved && std::exchange(m_notificationsWritten, false)) {
+        notificationsUpdated();
+    }
     return saved;
 }
 
-bool AdminEventsModule::writeEventSettings()
+bool AdminEventsModule::writeEventSettings(const SettingsFile &present)
 {
-    const SettingsFile present = presentSettings();
-    if (!mayReplace(present)) {
-        return false;
-    }
     EventTreeItem *root = m_workingModel->rootItem();
     ChangeMarker::markAll(*m_referenceModel->rootItem(), *root);
     EventsWriter writer(*m_configAccessService, SystemPaths::eventSettingsFile(),
@@ -281,23 +292,4 @@ bool AdminEventsModule::compareIndexes(const QModelIndex &reference, const QMode
 {
     return ChangeMarker::compareItems(*m_referenceModel->itemAt(reference), *m_workingModel->itemAt(working),
                                       reference.column());
-}
-
-void AdminEventsModule::notificationSettingsFromViewer(const QString &second, const QString &first)
-{
-    // The viewer names an event by its identifiers or its name: bring it into view.
-    const EventTreeItem *root = m_workingModel->rootItem();
-    const QHash<QString, EventTreeItem *> events = EventLookup::eventsById(*root);
-    for (const EventTreeItem *event : events) {
-        const EventTreeItem *messageId
-            = EventLookup::findMessageParameter(*event, QStringLiteral("message_id"));
-        const QStringList names{event->nativeName, event->localizedName,
-                                messageId ? messageId->value(1).toString() : QString()};
-        if (names.contains(first) || names.contains(second)) {
-            const QModelIndex index = m_proxy->mapFromSource(m_workingModel->indexOf(event));
-            m_ui->singleEventsView->setCurrentIndex(index);
-            m_ui->singleEventsView->scrollTo(index);
-            return;
-        }
-    }
 }

@@ -44,6 +44,7 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     createToolButtons();
     createView();
     createSearch();
+    createDbusDialog();
 
     setButtons(Help | Apply);
     stateWidget()->setResetButtonVisible(true);

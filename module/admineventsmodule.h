@@ -7,6 +7,8 @@
 
 #include <guardkcmodule.h>
 #include <nodedictionary.h>
+#include <notificationsdialogtype.h>
+#include <notificationstore.h>
 #include <settingsfile.h>
 
 #include <memory>
@@ -18,6 +20,7 @@ class CheckableTreeModel;
 class CommonSettingsWindow;
 class ConfigAccessService;
 class ConfigWatcher;
+class DBusDialog;
 class DiskSpaceMonDialog;
 class EventConfigStorage;
 class EventExample;
@@ -68,6 +71,9 @@ public:
     [[nodiscard]] bool compareModels() const;
     bool compareIndexes(const QModelIndex &reference, const QModelIndex &working) const;
 
+    /// The message identifier of the event that the selected row belongs to; empty when there is none.
+    [[nodiscard]] QString getSelectedMessageId() const;
+
     /// What the log viewer named, empty unless the page was started for one event.
     [[nodiscard]] const QString &firstViewerArgument() const { return m_firstViewerArgument; }
     [[nodiscard]] const QString &secondViewerArgument() const { return m_secondViewerArgument; }
@@ -84,6 +90,13 @@ public Q_SLOTS:
     void editEvent(const QModelIndex &index);
     /// @param position in the view's viewport
     void contextMenuRequested(const QPoint &position);
+    /**
+     * Switches an event's notifications. Switched on, they are set up in the dialog at once; cancelling it
+     * switches them off again. Nothing is written before the page is applied.
+     */
+    void switchDbus(EventTreeItem *item, bool on);
+    /// Opens the notification dialog for an event whose notifications are on.
+    void notificationSettings(EventTreeItem *item);
     /// Gives an event of the working model its catalog values back.
     void resetEvent(EventTreeItem *item);
     /// Stores the list of files or directories that its dialog was opened for.
@@ -126,14 +139,33 @@ private:
     [[nodiscard]] AuditSave saveAuditSettings();
     [[nodiscard]] bool rebootsForAudit();
 
+    // Notifications
+    void createDbusDialog();
+    void addNotificationActions(QMenu *menu, const EventTreeItem &event);
+    void setNotificationOn(const QString &eventId, const QString &notifyrcPath, const QStringList &lines,
+                           NotificationsDialogType type);
+    void setNotificationState(const EventTreeItem &item, int state);
+    void notificationAccepted(const QString &messageId, const QStringList &lines);
+    void notificationRejected();
+    void detachNotificationDialog();
+    [[nodiscard]] bool isNotificationDialogFree();
+    void notificationSettingsFromViewer(const QString &second, const QString &first);
+    void readNotificationsSettings();
+    void settleNotifications();
+    [[nodiscard]] bool saveNotifications();
+    [[nodiscard]] bool writeEnabledNotificationsConfigs();
+    [[nodiscard]] bool removeDisabledNotificationsConfigs();
+    [[nodiscard]] bool runNotificationAction(QLatin1String verb, const QString &argument,
+                                             const QVariant &value);
+    void notificationsUpdated() const;
+
     // Loading and saving
     void checkEventSettingsDirectory();
     void showSettingsFileState(const SettingsFile &settings);
     void configurationImported();
-    [[nodiscard]] bool writeEventSettings();
+    [[nodiscard]] bool writeEventSettings(const SettingsFile &present);
     [[nodiscard]] bool mayReplace(const SettingsFile &present);
     void showError(const QString &text);
-    void notificationSettingsFromViewer(const QString &second, const QString &first);
 
     // The logging service
     void switchSngStatus();
@@ -155,6 +187,9 @@ private:
     EventExample *m_example = nullptr;
     CommonSettingsWindow *m_commonSettings = nullptr;
     KMessageWidget *m_messageBar = nullptr;
+    DBusDialog *m_dbusDialog = nullptr;
+    NotificationStore m_notifications; // fragments on disk, and those not written yet
+    bool m_notificationsWritten = false; // and not yet given to the users
     ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
     FilesDialog *m_filesDialog = nullptr;
     DiskSpaceMonDialog *m_diskSpaceDialog = nullptr;

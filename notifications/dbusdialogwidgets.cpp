@@ -14,13 +14,31 @@
 
 #include <QAudioDeviceInfo>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMediaPlayer>
 #include <QSignalBlocker>
 #include <QStandardPaths>
+#include <QTimer>
+
+#include <algorithm>
 
 namespace {
 const QLatin1String on("1");
 const QLatin1String off("0");
+
+constexpr int playerPatience = 5000; // ms
+
+bool hasSoundDevice()
+{
+    const QList<QAudioDeviceInfo> devices = QAudioDeviceInfo::availableDevices(QAudio::AudioOutput);
+    return std::any_of(devices.begin(), devices.end(), [](const QAudioDeviceInfo &device) {
+        const QString name = device.deviceName();
+        // Sound systems name placeholders as well; a card of the kernel's is known by its name.
+        return device.realm() == QLatin1String("alsa")
+            ? name.contains(QLatin1String("CARD="))
+            : !name.isEmpty() && name != QLatin1String("auto_null") && name != QLatin1String("default");
+    });
+}
 
 QString homeDirectory()
 {
@@ -137,12 +155,23 @@ void DBusDialog::enableExecuteElements() const
 void DBusDialog::playButtonClicked() const
 {
     showProblem();
-    if (QAudioDeviceInfo::availableDevices(QAudio::AudioOutput).isEmpty()) {
-        say(i18n("The sound cannot be played: this computer has no sound device, or no access to it."), true);
+    const QString path = m_ui->soundEdit->text();
+    if (!QFileInfo(path).isFile()) {
+        say(i18n("The sound cannot be played: there is no file “%1”.", path), true);
         return;
     }
-    m_player->setMedia(QUrl::fromLocalFile(m_ui->soundEdit->text()));
+    m_player->setMedia(QUrl::fromLocalFile(path));
     m_player->play();
+    if (!hasSoundDevice()) {
+        // Without a device, the player pretends to play.
+        say(i18n("The sound cannot be heard: this computer has no sound device, or no access to it."), true);
+        return;
+    }
+    QTimer::singleShot(playerPatience, this, [this] {
+        if (m_player->mediaStatus() == QMediaPlayer::LoadingMedia) {
+            say(i18n("The sound cannot be played: the program that plays sounds does not answer."), true);
+        }
+    });
 }
 
 void DBusDialog::chooseFile(QLineEdit *edit, const QString &caption, const QString &directory,

@@ -62,6 +62,7 @@ AccessService::AccessService(QObject *parent)
 bool AccessService::execute(KAuth::Action &action)
 {
     m_lastError.clear();
+    m_lastErrorCode = 0;
     ActionGate &gate = ActionGate::instance();
     const QPointer<AccessService> self(this);
     const bool free = gate.waitUntilFree();
@@ -75,9 +76,11 @@ bool AccessService::execute(KAuth::Action &action)
     KAuth::ExecuteJob *const job = action.execute();
     gate.pass(job);
     QString errorText = interruptedText(action);
+    int errorCode = 0;
     QMap<QString, QVariant> reply;
     // Read at once: the reply to a later action of the same name, carried out above us, would change them.
-    const auto connection = connect(job, &KJob::result, [&errorText, &reply, job, action] {
+    const auto connection = connect(job, &KJob::result, [&errorText, &errorCode, &reply, job, action] {
+        errorCode = job->error();
         errorText = job->error() == KJob::NoError ? QString() : errorTextOf(*job, action);
         reply = job->data();
     });
@@ -87,6 +90,7 @@ bool AccessService::execute(KAuth::Action &action)
     if (self.isNull())
         return false;
     m_lastError = errorText;
+    m_lastErrorCode = errorCode;
     m_lastReply = reply;
     return m_lastError.isEmpty();
 }

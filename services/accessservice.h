@@ -45,6 +45,10 @@ public:
      */
     [[nodiscard]] QString errorString() const;
 
+    /** The framework's code for what the last synchronous action failed of; 0 when it succeeded or did not
+     * run. */
+    [[nodiscard]] int errorCode() const { return m_lastErrorCode; }
+
     /** @return the value of @p key in the last reply, or an invalid variant when the reply has no such key.
      */
     [[nodiscard]] QVariant getActionResult(const QString &key) const;
@@ -67,5 +71,6 @@ private:
     void asyncActionEnded(KJob *job, const KAuth::Action &action);
 
     QString m_lastError;
+    int m_lastErrorCode = 0;
     QMap<QString, QVariant> m_lastReply;
 };
