@@ -152,11 +152,13 @@ void LoadTest::threeArgumentsNameTheEventToShow()
     QCOMPARE(page->firstViewerArgument(), QStringLiteral("plain"));
     QCOMPARE(page->secondViewerArgument(), QStringLiteral("plain_msg"));
     QTRY_COMPARE(m_machine.view(*page)->currentIndex().data().toString(), QStringLiteral("Event plain"));
+    QTRY_VERIFY(page->findChild<QWidget *>(QStringLiteral("DBusDialog"))->isVisible());
 
     // Only one of the two is not enough to name an event.
     const auto oneEmpty = m_machine.openPage({QStringLiteral("plain"), QString(), QStringLiteral("x")});
     QVERIFY(oneEmpty);
     QTest::qWait(100);
+    QVERIFY(!oneEmpty->findChild<QWidget *>(QStringLiteral("DBusDialog"))->isVisible());
     QVERIFY(m_machine.view(*oneEmpty)->currentIndex().data().toString() != QStringLiteral("Event plain"));
 }
 

@@ -29,6 +29,7 @@ QJsonObject switchedEvent(const QString &group, const QString &id, const QString
 PageFixture::PageFixture()
 {
     qputenv("ADMINEVENTS_ROOT", m_root.path().toLocal8Bit());
+    qputenv("HOME", m_root.filePath(QStringLiteral("root")).toLocal8Bit());
     QDir(m_root.path()).mkpath(QStringLiteral("bin"));
     const QString manager = m_root.filePath(QStringLiteral("bin/systemctl"));
     qputenv("PATH", (m_root.filePath(QStringLiteral("bin:")) + qEnvironmentVariable("PATH")).toLocal8Bit());
@@ -38,15 +39,22 @@ PageFixture::PageFixture()
 QString PageFixture::start()
 {
     reset();
-    return bus->start() ? QString() : bus->errorString();
+    if (!bus->start()) {
+        return bus->errorString();
+    }
+    // The session's bus, too: nothing of a test reaches the desktop of whoever runs it.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus->address().toLocal8Bit());
+    return {};
 }
 
 void PageFixture::reset()
 {
     QDir(m_root.filePath(QStringLiteral("etc"))).removeRecursively();
     QDir(m_root.filePath(QStringLiteral("usr"))).removeRecursively();
+    QDir(m_root.filePath(QStringLiteral("root"))).removeRecursively();
     const QStringList folders{QStringLiteral("etc/audit/rules.d"), QStringLiteral("etc/syslog-ng/conf.d"),
-                              QStringLiteral("etc/zep-admin-events")};
+                              QStringLiteral("etc/zep-admin-events"),
+                              QStringLiteral("usr/share/knotifications5"), QStringLiteral("root/.config")};
     for (const QString &folder : folders) {
         QDir(m_root.path()).mkpath(folder);
     }
@@ -73,6 +81,8 @@ void PageFixture::reset()
                  QStringLiteral("-w /etc/shadow -p wa -k /etc/shadow"));
     watch.insert(QStringLiteral("interval"), QStringLiteral("30"));
     add(QStringLiteral("last"), QStringLiteral("watch"), watch);
+    write(m_root.filePath(QStringLiteral("usr/share/knotifications5/nivra-event-watcher_page.notifyrc")),
+          "[Event/loginMsg]\nAction=Popup\n[Event/plainMsg]\nAction=Popup\n[Event/watchMsg]\nAction=Popup\n");
     writeServiceManager();
 }
 
