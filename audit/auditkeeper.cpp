@@ -8,6 +8,20 @@
 
 #include <KLocalizedString>
 
+namespace {
+/// Nothing can have been set for a name that cannot be sent, so nothing need be taken back.
+AuditSettings::SubjectValues sendable(const AuditSettings::SubjectValues &values)
+{
+    AuditSettings::SubjectValues kept;
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        if (it.value() != AuditSettings::None || !it.key().first.contains(QLatin1Char('/'))) {
+            kept.insert(it.key(), it.value());
+        }
+    }
+    return kept;
+}
+} // namespace
+
 AuditKeeper::AuditKeeper(AuditService &service)
     : m_service(service)
 {
@@ -45,6 +59,12 @@ bool AuditKeeper::readAll(const QStringList &users, const QStringList &groups)
     return true;
 }
 
+void AuditKeeper::forget()
+{
+    m_system.clearAuditSettings();
+    m_forgotten = true;
+}
+
 void AuditKeeper::copyInto(EventTreeItem &root) const
 {
     AuditTree::synchronize(root, m_system);
@@ -59,6 +79,17 @@ bool AuditKeeper::collect(const EventTreeItem &working, const EventTreeItem &ref
     return !m_collected.differencesFrom(loaded).isEmpty() || !loaded.differencesFrom(m_collected).isEmpty();
 }
 
+AuditSettings AuditKeeper::pending() const
+{
+    if (!m_forgotten) {
+        return m_collected.differencesFrom(m_system);
+    }
+    AuditSettings all = m_collected;
+    all.setUsers(sendable(m_collected.users()));
+    all.setGroups(sendable(m_collected.groups()));
+    return all;
+}
+
 QString AuditKeeper::refusal() const
 {
     if (m_state != State::Read) {
@@ -67,14 +98,14 @@ QString AuditKeeper::refusal() const
             "cannot be changed: %1",
             m_readError);
     }
-    const AuditSettings changes = m_collected.differencesFrom(m_system);
+    const AuditSettings changes = pending();
     const QString refusal = AuditService::refusalOf(changes.users());
     return refusal.isEmpty() ? AuditService::refusalOf(changes.groups()) : refusal;
 }
 
 bool AuditKeeper::write()
 {
-    const AuditSettings changes = m_collected.differencesFrom(m_system);
+    const AuditSettings changes = pending();
     const auto keep = [this](auto setter, const auto &values) {
         AuditSettings written;
         (written.*setter)(values);
@@ -102,5 +133,6 @@ bool AuditKeeper::write()
         }
         keep(&AuditSettings::setOther, changes.other());
     }
+    m_forgotten = false;
     return true;
 }

@@ -25,6 +25,12 @@ public:
      */
     [[nodiscard]] bool read(const QStringList &users, const QStringList &groups);
 
+    /**
+     * To be called when somebody else has replaced the settings, as an import does: the tree then shows those
+     * saved with the events, and the next write() sends all of them.
+     */
+    void forget();
+
     /// Copies the settings into a tree that no model shows yet; see AuditTree::synchronize().
     void copyInto(EventTreeItem &root) const;
 
@@ -57,7 +63,11 @@ private:
 
     [[nodiscard]] bool readAll(const QStringList &users, const QStringList &groups);
 
+    /// What write() has to send.
+    [[nodiscard]] AuditSettings pending() const;
+
     AuditService &m_service;
+    bool m_forgotten = false;
     State m_state = State::NotRead;
     AuditSettings m_system;
     AuditSettings m_collected;

@@ -101,7 +101,7 @@ QVariant AuditTableModel::headerData(int section, Qt::Orientation orientation, i
     }
     switch (section) {
     case Name:
-        return i18n("Name");
+        return i18nc("of a user or group", "Name");
     case Success:
         return i18n("Success");
     case Failure:
