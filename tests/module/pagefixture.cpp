@@ -26,14 +26,15 @@ QJsonObject switchedEvent(const QString &group, const QString &id, const QString
 }
 } // namespace
 
-PageFixture::PageFixture()
+PageFixture::PageFixture(const QStringList &helperArguments)
 {
     qputenv("ADMINEVENTS_ROOT", m_root.path().toLocal8Bit());
     qputenv("HOME", m_root.filePath(QStringLiteral("root")).toLocal8Bit());
     QDir(m_root.path()).mkpath(QStringLiteral("bin"));
     const QString manager = m_root.filePath(QStringLiteral("bin/systemctl"));
     qputenv("PATH", (m_root.filePath(QStringLiteral("bin:")) + qEnvironmentVariable("PATH")).toLocal8Bit());
-    bus = std::make_unique<PrivateBus>(m_root.path(), QStringList{QStringLiteral("--systemctl"), manager});
+    bus = std::make_unique<PrivateBus>(m_root.path(),
+                                       QStringList{QStringLiteral("--systemctl"), manager} + helperArguments);
 }
 
 QString PageFixture::start()

@@ -22,7 +22,8 @@ class QTreeView;
 class PageFixture
 {
 public:
-    PageFixture();
+    /// @param helperArguments words for the helper's command line, beside its root and service manager
+    explicit PageFixture(const QStringList &helperArguments = {});
 
     /// Starts the bus; an error text, empty when all went well.
     [[nodiscard]] QString start();
