@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTest>
 
 using namespace AdminEventsHelper;
@@ -132,6 +133,11 @@ void KernelRulesTest::loadingGoesOnAfterEveryKindOfBadLine()
         QVERIFY(said.at(i + 1).size() > bad.at(i).size() + 5); // with a reason
     }
     QVERIFY2(said.at(4).contains(QLatin1String("nosuchcall")), qPrintable(said.at(4)));
+    QCOMPARE(m_kernel->keys(), (QList<QByteArray>{"good", "subject"}));
+    // So they are when the system starts and nobody looks after single rules.
+    m_kernel->deleteRules();
+    QCOMPARE(m_kernel->rules().size(), 0);
+    QProcess::execute(m_kernel->augenrulesFor(m_root->path()), {QStringLiteral("--load")});
     QCOMPARE(m_kernel->keys(), (QList<QByteArray>{"good", "subject"}));
 }
 

@@ -147,6 +147,11 @@ QList<QByteArray> KernelAudit::keys() const
     return keys;
 }
 
+void KernelAudit::deleteRules() const
+{
+    run(m_auditctl, {QStringLiteral("-D")});
+}
+
 int KernelAudit::records(const QByteArray &key) const
 {
     // A key with anything but plain ASCII stands there in hexadecimal.

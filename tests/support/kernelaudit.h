@@ -37,6 +37,7 @@ public:
     [[nodiscard]] QList<QByteArray> rules() const;
     /** The keys of these rules, sorted, each once. */
     [[nodiscard]] QList<QByteArray> keys() const;
+    void deleteRules() const;
     /** How many calls were recorded under that key. */
     [[nodiscard]] int records(const QByteArray &key) const;
 
