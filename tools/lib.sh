@@ -96,8 +96,11 @@ install_missing_packages() {
     for package in "${optional[@]}"; do
         if ! install_quietly "$package"; then
             say "Going on without $package."
-        elif [ "$package" = syslog-ng-core ] && [ -d /run/systemd/system ]; then
-            as_root systemctl disable --quiet syslog-ng.service || true
+        elif [ -d /run/systemd/system ]; then
+            case $package in
+            syslog-ng-core) as_root systemctl disable --quiet syslog-ng.service || true ;;
+            auditd) as_root systemctl disable --quiet auditd.service || true ;;
+            esac
         fi
     done
 }
