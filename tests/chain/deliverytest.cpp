@@ -97,6 +97,8 @@ private Q_SLOTS:
     void settingsAreReadAgainWhenTheyAreSaidToHaveChanged();
     void theServiceWaitsForTheBus();
     void theServiceOutlivesTheBus();
+    void aReloadChangesNothing();
+    void onlyTheLoggingServiceIsBelieved();
 };
 
 bool DeliveryTest::startBus()
@@ -395,6 +397,42 @@ void DeliveryTest::theServiceOutlivesTheBus()
     QTest::qWait(1500);
     QVERIFY(settle());
     QVERIFY(m_sandbox->isRunning());
+}
+
+void DeliveryTest::aReloadChangesNothing()
+{
+    QVERIFY2(m_sandbox->start(), m_sandbox->output().constData());
+    QVERIFY(startWatcher());
+    QVERIFY(settle());
+    // As after a rotation of the log.
+    QVERIFY(m_sandbox->reload());
+    QVERIFY(m_sandbox->send(record("first", "ivanov")));
+    QVERIFY(settle());
+    QCOMPARE(m_server->shown.size(), 1);
+    QVERIFY(m_sandbox->isRunning());
+}
+
+void DeliveryTest::onlyTheLoggingServiceIsBelieved()
+{
+    QVERIFY2(m_sandbox->start(), m_sandbox->output().constData());
+    QVERIFY(startWatcher());
+    QVERIFY(settle());
+    const QString watcher = bus()
+                                .interface()
+                                ->registeredServiceNames()
+                                .value()
+                                .filter(QLatin1String(watcherPrefix))
+                                .constFirst();
+    QDBusMessage forged
+        = QDBusMessage::createTargetedSignal(watcher, QStringLiteral("/org/nivra/EventLog"),
+                                             QStringLiteral("org.nivra.EventLog"), QStringLiteral("Event"));
+    forged << QStringLiteral("first") << QStringLiteral("Forged") << QString() << QStringLiteral("{0}")
+           << QStringList{QStringLiteral("user")} << QStringList{QStringLiteral("forged")};
+    QVERIFY(bus().send(forged));
+    QVERIFY(m_sandbox->send(record("first", "ivanov")));
+    QVERIFY(settle());
+    QCOMPARE(m_server->shown.size(), 1);
+    QCOMPARE(m_server->shown.first().text, QStringLiteral("ivanov pts/0"));
 }
 
 QTEST_GUILESS_MAIN(DeliveryTest)

@@ -110,6 +110,17 @@ void LoggingSandbox::stop()
     control(QStringLiteral("stop"));
 }
 
+bool LoggingSandbox::reload()
+{
+    QProcess process;
+    process.start(QStringLiteral("syslog-ng-ctl"),
+                  {QStringLiteral("reload"),
+                   QLatin1String("--control=") + below(QStringLiteral("run/syslog-ng/syslog-ng.ctl"))});
+    const bool ended = process.waitForFinished(30000) && process.exitStatus() == QProcess::NormalExit;
+    m_output = process.readAllStandardOutput();
+    return ended && process.exitCode() == 0;
+}
+
 bool LoggingSandbox::isRunning()
 {
     return control(QStringLiteral("status")) == 0;

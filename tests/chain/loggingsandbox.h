@@ -35,6 +35,8 @@ public:
     /** Starts the service and waits for its event source, or says in output() why it does not. */
     [[nodiscard]] bool start();
     void stop();
+    /** Has the running service read its configuration again, and waits until it has. */
+    [[nodiscard]] bool reload();
     [[nodiscard]] bool isRunning();
     /** What the last call had to say. */
     [[nodiscard]] QByteArray output() const { return m_output; }
