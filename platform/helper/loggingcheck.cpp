@@ -139,6 +139,10 @@ private:
         int counted = 0;
         for (int begin = m_text.indexOf('`'); begin >= 0;) {
             const int end = m_text.indexOf('`', begin + 1);
+            if (end == begin + 1) { // two stand for the sign itself
+                begin = m_text.indexOf('`', end + 1);
+                continue;
+            }
             const QByteArray name = m_text.mid(begin, end < 0 ? -1 : end - begin + 1);
             line += m_text.mid(counted, begin - counted).count('\n');
             counted = begin;
@@ -190,7 +194,7 @@ private:
             add(constructAt(m_at), token.line);
         } else if (opensFile(token.text) && following.text == "(") {
             const QByteArray file = argumentAt(m_at + 2);
-            if (!isLogFilePath(file)) {
+            if (!isLogFilePath(judged(m_at + 2, file))) {
                 add(keyword(token.text) + " " + file, token.line);
             }
         }
@@ -263,6 +267,23 @@ private:
             }
         }
         return true;
+    }
+
+    /** A path as it is to be judged: quotes and backslashes, where they are escaped, are but parts of names.
+     */
+    QByteArray judged(int at, const QByteArray &path) const
+    {
+        if (at >= m_tokens.size() || m_text.at(m_tokens.at(at).position) != '"') {
+            return path;
+        }
+        QByteArray plain;
+        for (int i = 0; i < path.size(); ++i) {
+            const bool isSign = path.at(i) == '\\' && i + 1 < path.size()
+                && (path.at(i + 1) == '\\' || path.at(i + 1) == '"');
+            plain += isSign ? '_' : path.at(i);
+            i += isSign ? 1 : 0;
+        }
+        return plain;
     }
 
     QByteArray argumentAt(int at) const
