@@ -40,6 +40,10 @@ AddDestinationDialog::AddDestinationDialog(QWidget *parent)
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &AddDestinationDialog::accept);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &AddDestinationDialog::reject);
     updateControls();
+    // Room for the longer of its two texts, so that nothing jumps when the kind changes.
+    const QFontMetrics metrics = m_ui->addressLabel->fontMetrics();
+    m_ui->addressLabel->setMinimumWidth(
+        qMax(metrics.horizontalAdvance(i18n("Address")), metrics.horizontalAdvance(i18n("IP-address"))));
     m_ui->nameEdit->setFocus();
     resize(sizeHint().expandedTo({480, 0}));
 }

@@ -12,6 +12,8 @@
 
 #include <KLocalizedString>
 
+#include <QTextDocument>
+
 namespace {
 /// A block may have several drivers; they share the row.
 QStringList texts(const TreeItem &block, int column)
@@ -30,6 +32,15 @@ QStringList texts(const TreeItem &block, int column)
         }
     }
     return all;
+}
+
+QString cellText(const TreeItem &block, int column)
+{
+    if (column == DestinationsModel::NameColumn) {
+        return block.value(1).toString();
+    }
+    const QLatin1String separator(column == DestinationsModel::KindColumn ? ", " : "; ");
+    return texts(block, column).join(separator);
 }
 } // namespace
 
@@ -103,12 +114,9 @@ QVariant DestinationsModel::data(const QModelIndex &index, int role) const
         || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) {
         return {};
     }
-    const TreeItem &block = *m_destinations.at(index.row());
-    if (index.column() == NameColumn) {
-        return block.value(1).toString();
-    }
-    return texts(block, index.column())
-        .join(index.column() == KindColumn ? QLatin1String(", ") : QLatin1String("; "));
+    const QString text = cellText(*m_destinations.at(index.row()), index.column());
+    // A tool tip would take a path for markup that looks like it.
+    return role == Qt::ToolTipRole && Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text;
 }
 
 bool DestinationsModel::setData(const QModelIndex &index, const QVariant &value, int role)

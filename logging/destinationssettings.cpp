@@ -22,6 +22,7 @@
 
 #include <KLocalizedString>
 #include <KMessageBox>
+#include <KStandardGuiItem>
 
 #include <QAction>
 #include <QHeaderView>
@@ -31,6 +32,14 @@ namespace {
 QString presentPath()
 {
     return SystemPaths::resolve(SystemPaths::mainConfiguration());
+}
+
+/// What files hold is shown as it is, whatever it looks like.
+void showText(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text)
+{
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
 }
 } // namespace
 
@@ -139,13 +148,14 @@ bool DestinationsSettings::agreesToLosses(const QStringList &losses)
                this,
                i18n("Saving rewrites the whole file %1, and not all of its text can be kept:",
                     SystemPaths::mainConfiguration()),
-               shown, i18n("Text would be lost"), KGuiItem(i18n("Save All the Same")))
+               shown, i18n("Text would be lost"), KGuiItem(i18n("Save All the Same")),
+               KStandardGuiItem::cancel(), QString(), KMessageBox::Notify | KMessageBox::Dangerous)
         == KMessageBox::Continue;
 }
 
 void DestinationsSettings::showError(const QString &text)
 {
-    QMessageBox::critical(this, i18n("Error"), text, QMessageBox::Ok);
+    showText(this, QMessageBox::Critical, i18n("Error"), text);
 }
 
 void DestinationsSettings::addDestination()
@@ -212,6 +222,6 @@ void DestinationsSettings::openInEditor()
     }
     const QString error = DestinationOpener::open(*block);
     if (!error.isEmpty()) {
-        QMessageBox::information(this, i18n("Open in editor"), error, QMessageBox::Ok);
+        showText(this, QMessageBox::Information, i18n("Open in editor"), error);
     }
 }

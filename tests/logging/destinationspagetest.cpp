@@ -149,7 +149,7 @@ void DestinationsPageTest::addedDestinationIsWritten()
                            QStringLiteral("tcp")});
     QCOMPARE(edited.size(), 2);
     QVERIFY(m_page->isDestinationsModified());
-    QVERIFY(m_page->saveConfig());
+    QVERIFY2(m_page->saveConfig(), qPrintable(answerer.texts().join(QLatin1Char(0x7c))));
     QCOMPARE(answerer.texts(), QStringList());
     QCOMPARE(QString::fromUtf8(present()),
              QStringLiteral(
