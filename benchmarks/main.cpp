@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "mainfilerows.h"
 #include "resulttable.h"
 #include "rows.h"
 
@@ -71,6 +72,7 @@ int main(int argc, char *argv[])
 
     PairedTimer timer;
     addRows(timer, shipped, large, {&fewerEvents, &fewerSubjects});
+    MainFileRows::add(timer);
     if (!timer.run()) {
         for (const std::string &error : timer.errors()) {
             std::fprintf(stderr, "%s\n", error.c_str());
@@ -87,6 +89,7 @@ int main(int argc, char *argv[])
     }
     Rows::reportGrowth(timer, large, fewerEvents, table);
     Rows::reportGrowth(timer, large, fewerSubjects, table);
+    MainFileRows::report(timer, table);
     table.print();
     return 0;
 }
