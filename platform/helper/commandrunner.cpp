@@ -73,9 +73,12 @@ CommandResult CommandRunner::capture(const QString &program, const QStringList &
     if (!child.waitForFinished(static_cast<int>(limit.count()))) {
         ::kill(-group, SIGKILL);
         child.waitForFinished(killWaitMs);
-        return ended(i18n("\"%1\" did not end within %2 seconds.", command,
-                          QString::number(std::chrono::ceil<std::chrono::seconds>(limit).count())),
-                     child);
+        CommandResult result
+            = ended(i18n("\"%1\" did not end within %2 seconds.", command,
+                         QString::number(std::chrono::ceil<std::chrono::seconds>(limit).count())),
+                    child);
+        result.timedOut = true;
+        return result;
     }
     if (child.exitStatus() != QProcess::NormalExit) {
         return ended(i18n("\"%1\" was ended by a signal.", command), child);

@@ -16,6 +16,8 @@ struct CommandResult
 {
     Outcome outcome;
     QByteArray output;
+    /** It was killed after its time. */
+    bool timedOut = false;
 };
 
 /**

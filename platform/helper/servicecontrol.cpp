@@ -32,22 +32,27 @@ QString verb(ServiceCommand command)
 
 constexpr std::chrono::milliseconds settlingTime{300};
 
+// The weight of a step that loads audit rules, which takes long where there are many, beside one that only
+// starts a program or asks for its state.
+constexpr int loadingWeight = 4;
+
 // Runs commands one after another within a common limit, leaving a fair share for those still to come.
 class Sequence
 {
 public:
-    Sequence(const QString &program, std::chrono::milliseconds limit, int length)
+    /// @param weight of all steps together
+    Sequence(const QString &program, std::chrono::milliseconds limit, int weight)
         : m_program(program)
         , m_deadline(limit)
-        , m_left(length)
+        , m_left(weight)
     {
     }
 
-    Outcome run(const QString &verb, const QString &unit)
+    Outcome run(const QString &verb, const QString &unit) { return runLoading(verb, unit, 1).outcome; }
+
+    CommandResult runLoading(const QString &verb, const QString &unit, int weight = loadingWeight)
     {
-        const auto share = std::chrono::milliseconds(m_deadline.remainingTime()) / m_left;
-        --m_left;
-        return CommandRunner::run(m_program, {verb, unit}, share);
+        return CommandRunner::capture(m_program, {verb, unit}, share(weight));
     }
 
     /// As run(); a unit that ends right afterwards was not started, whatever the service manager said.
@@ -55,7 +60,6 @@ public:
     {
         const Outcome done = run(verb, unit);
         if (!done) {
-            --m_left;
             return done;
         }
         std::this_thread::sleep_for(settlingTime);
@@ -64,14 +68,16 @@ public:
                      : Outcome::failure(i18n("%1 was started, but ended at once: %2", unit, state.error()));
     }
 
-    Outcome load(const AuditRulesLoader &loader)
-    {
-        const auto share = std::chrono::milliseconds(m_deadline.remainingTime()) / m_left;
-        --m_left;
-        return loader.load(share);
-    }
+    Outcome load(const AuditRulesLoader &loader) { return loader.load(share(loadingWeight)); }
 
 private:
+    std::chrono::milliseconds share(int weight)
+    {
+        const auto share = std::chrono::milliseconds(m_deadline.remainingTime()) * weight / m_left;
+        m_left -= weight;
+        return share;
+    }
+
     QString m_program;
     QDeadlineTimer m_deadline;
     int m_left;
@@ -124,13 +130,19 @@ Outcome ServiceControl::run(ServiceCommand command) const
     if (command == ServiceCommand::Stop) {
         return Sequence(m_systemctl, m_limit, 1).run(verb(command), logger);
     }
-    const int loads = m_rulesLoader ? 1 : 0;
-    Sequence sequence(m_systemctl, m_limit, (command == ServiceCommand::Start ? 4 : 3) + loads);
+    constexpr int loggerWeight = 2; // its start, and a look whether it stays
+    const int asking = command == ServiceCommand::Start ? 1 : 0;
+    const int loading = m_rulesLoader ? loadingWeight : 0;
+    Sequence sequence(m_systemctl, m_limit, asking + loadingWeight + loading + loggerWeight);
     Results results;
+    bool stillLoads = false;
     if (command == ServiceCommand::Restart || !sequence.run(QStringLiteral("status"), auditd)) {
-        results.audit = sequence.run(verb(command), auditd);
+        const CommandResult started = sequence.runLoading(verb(command), auditd);
+        results.audit = started.outcome;
+        stillLoads = started.timedOut;
     }
-    if (m_rulesLoader) {
+    // The daemon loads the rules when it starts; two at once would delete each other's.
+    if (m_rulesLoader && !stillLoads) {
         results.rules = sequence.load(*m_rulesLoader);
         results.loadedRules = results.rules.ok();
     }

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void theServiceLoadsRulesBetweenTheDaemons_data();
     void theServiceLoadsRulesBetweenTheDaemons();
     void theServiceReportsRulesThatAreNotInForce();
+    void rulesAreNotLoadedWhileTheDaemonMayStillLoadThem();
 
 private:
     std::unique_ptr<StandInAudit> m_audit;
@@ -323,6 +324,20 @@ void AuditRulesLoaderTest::theServiceReportsRulesThatAreNotInForce()
     const Outcome loaded = control.run(ServiceCommand::Restart);
     QVERIFY2(loaded.error().contains(QLatin1String("the audit rules were loaded")),
              qPrintable(loaded.error()));
+}
+
+void AuditRulesLoaderTest::rulesAreNotLoadedWhileTheDaemonMayStillLoadThem()
+{
+    StandInSystemctl systemctl;
+    QVERIFY(systemctl.isReady() && m_audit->putRules(ownFile, passwd + '\n'));
+    QVERIFY(systemctl.behave("case \"$*\" in *auditd) sleep 60;; esac\n"));
+    ServiceControl control(systemctl.program(), 2500ms);
+    control.setRulesLoader(m_audit->loader());
+    const Outcome outcome = control.run(ServiceCommand::Restart);
+    QVERIFY2(outcome.error().contains(QLatin1String("restart auditd\" did not end within")),
+             qPrintable(outcome.error()));
+    QCOMPARE(m_audit->takeCalls(), QStringList());
+    QVERIFY(systemctl.calls().contains(QStringLiteral("restart syslog-ng")));
 }
 
 QTEST_GUILESS_MAIN(AuditRulesLoaderTest)
