@@ -45,7 +45,7 @@ bool belongsToCapitalKeyword(const QString &statement, const ConfigPatterns::Blo
         --gap;
     }
     const int before = tokenStart(statement, gap, endsToken);
-    return gap < start && isKeywordWithCapital(statement.mid(before, gap - before));
+    return isKeywordWithCapital(statement.mid(before, gap - before));
 }
 } // namespace
 

@@ -95,7 +95,10 @@ private Q_SLOTS:
                                  QStringLiteral(" "),
                                  QStringLiteral("\t"),
                                  QStringLiteral("# c\n"),
-                                 QStringLiteral("if {")};
+                                 QStringLiteral("if {"),
+                                 QStringLiteral("e(f\n"),
+                                 QStringLiteral("g(h))\n"),
+                                 QStringLiteral("))\n")};
         QRandomGenerator random(20260116);
         int withParameters = 0;
         for (int i = 0; i < 15000; ++i) {
@@ -152,6 +155,14 @@ private Q_SLOTS:
         QCOMPARE(parsed("# NOTE\nlog {\n    source(S);\n};"), withHeader("  [log][]-\n    [source]-[S]\n"));
         QCOMPARE(parsed("source Main {\n    a(\"X\");\n};"),
                  withHeader("  [source][Main]-\n    [a]-[\"X\"]\n"));
+    }
+
+    void twoParenthesesEndAnEntryUnlessItIsAConjunction()
+    {
+        QCOMPARE(parsed("destination d {\n    a(b\n    c(d))\n    e(f);\n};\n"),
+                 withHeader("  [destination][d]-\n    [a]-[b\\nc(d)]\n    [e]-[f]\n"));
+        QCOMPARE(parsed("filter f {\n    a(b and\n    c(d))\n    e(f);\n};\n"),
+                 withHeader("  [filter][f]-\n    [a]-[b and\\nc(d))\\ne(f]\n"));
     }
 
     void blanksInsideNamesAreRemoved()

@@ -178,6 +178,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("left");
         QTest::newRow("one line") << QByteArray("log { source(s); destination(d1); destination(e); };\n\n")
                                   << QStringLiteral("source=s destination=e");
+        QTest::newRow("empty value") << QByteArray(
+            "log { source(s); flags(); destination(d1); destination(e); };\n\n")
+                                     << QStringLiteral("source=s flags= destination=e");
         QTest::newRow("words") << QByteArray(
             "log {\n    source(orders);\n    destination(d1);\n    destination(e);\n};\n")
                                << QStringLiteral("source=orders destination=e");

@@ -161,6 +161,8 @@ private Q_SLOTS:
         QTest::newRow("bare directive")
             << QByteArray("@version: 3.38\n\n" + tail)
             << QStringList{QStringLiteral("Line 1: “@version: 3.38” would be lost.")};
+        QTest::newRow("semicolon") << QByteArray("destination d {\n    a(b\n    c(d))\n    e(f);\n};\n")
+                                   << QStringList{QStringLiteral("Line 4: “;” would be added.")};
         QTest::newRow("zero byte")
             << QByteArray(tail + '\0' + tail)
             << QStringList{QStringLiteral(
