@@ -17,12 +17,12 @@
 CommonSettingsWindow::CommonSettingsWindow(ConfigAccessService &service, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui_CommonSettingsWindow>())
-    , m_destinationsSettings(new DestinationsSettings(service, this))
-    , m_logRotationSettings(new LogRotationSettings(service, this))
-    , m_settingsExporter(new SettingsExporter(service, this))
-    , m_settingsImporter(new SettingsImporter(service, this))
 {
     m_ui->setupUi(this);
+    m_destinationsSettings = new DestinationsSettings(service, this);
+    m_logRotationSettings = new LogRotationSettings(service, this);
+    m_settingsExporter = new SettingsExporter(service, this);
+    m_settingsImporter = new SettingsImporter(service, this);
     m_ui->tabWidget->setTabText(m_ui->tabWidget->indexOf(m_ui->logRotateTab), i18n("Main log rotation"));
     m_destinationsSettings->setObjectName(QStringLiteral("destinationsSettings"));
     m_logRotationSettings->setObjectName(QStringLiteral("logRotationSettings"));
@@ -32,6 +32,9 @@ CommonSettingsWindow::CommonSettingsWindow(ConfigAccessService &service, QWidget
     m_ui->logRotateTabLayout->addWidget(m_logRotationSettings);
     m_ui->exportTabLayout->addWidget(m_settingsExporter);
     m_ui->importTabLayout->addWidget(m_settingsImporter);
+    // Taken out and put in again, the buttons follow the pages when the focus moves on.
+    m_ui->buttonBox->setParent(nullptr);
+    m_ui->verticalLayout->addWidget(m_ui->buttonBox);
     setModal(true);
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &CommonSettingsWindow::accept);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &CommonSettingsWindow::reject);

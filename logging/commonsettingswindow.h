@@ -48,8 +48,8 @@ private:
     [[nodiscard]] bool act();
 
     std::unique_ptr<Ui_CommonSettingsWindow> m_ui;
-    DestinationsSettings *m_destinationsSettings;
-    LogRotationSettings *m_logRotationSettings;
-    SettingsExporter *m_settingsExporter;
-    SettingsImporter *m_settingsImporter;
+    DestinationsSettings *m_destinationsSettings = nullptr;
+    LogRotationSettings *m_logRotationSettings = nullptr;
+    SettingsExporter *m_settingsExporter = nullptr;
+    SettingsImporter *m_settingsImporter = nullptr;
 };
