@@ -13,6 +13,7 @@
 #include "destinationtext.h"
 #include "foreigndestinations.h"
 #include "losscheck.h"
+#include "lossquestion.h"
 #include "maintree.h"
 #include "ui_destinationssettings.h"
 
@@ -21,8 +22,6 @@
 #include <treeitem.h>
 
 #include <KLocalizedString>
-#include <KMessageBox>
-#include <KStandardGuiItem>
 
 #include <QAction>
 #include <QHeaderView>
@@ -119,7 +118,7 @@ bool DestinationsSettings::saveConfig()
         return false;
     }
     const QStringList losses = LossCheck::findings(present, m_loadedFile, *m_model->rootItem());
-    if (!losses.isEmpty() && !agreesToLosses(losses)) {
+    if (!LossQuestion::isAgreed(this, SystemPaths::mainConfiguration(), losses)) {
         return false;
     }
     bool written = false;
@@ -135,22 +134,6 @@ bool DestinationsSettings::saveConfig()
     }
     loadConfig();
     return true;
-}
-
-bool DestinationsSettings::agreesToLosses(const QStringList &losses)
-{
-    constexpr int most = 500;
-    QStringList shown = losses.mid(0, most);
-    if (losses.size() > most) {
-        shown.append(i18np("and one more", "and %1 more", losses.size() - most));
-    }
-    return KMessageBox::warningContinueCancelList(
-               this,
-               i18n("Saving rewrites the whole file %1, and not all of its text can be kept:",
-                    SystemPaths::mainConfiguration()),
-               shown, i18n("Text would be lost"), KGuiItem(i18n("Save All the Same")),
-               KStandardGuiItem::cancel(), QString(), KMessageBox::Notify | KMessageBox::Dangerous)
-        == KMessageBox::Continue;
 }
 
 void DestinationsSettings::showError(const QString &text)

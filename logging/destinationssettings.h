@@ -59,7 +59,6 @@ private:
     void addDestination();
     void openInEditor();
     void showError(const QString &text);
-    [[nodiscard]] bool agreesToLosses(const QStringList &losses);
     [[nodiscard]] TreeItem *selectedDestination() const;
 
     std::unique_ptr<Ui::DestinationsSettings> m_ui;

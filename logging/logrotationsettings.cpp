@@ -5,6 +5,7 @@
 
 #include "busyindicator.h"
 #include "logrotateparser.h"
+#include "lossquestion.h"
 #include "rotationkeywords.h"
 #include "rotationwriter.h"
 #include "ui_logrotationsettings.h"
@@ -14,9 +15,7 @@
 #include <treeitem.h>
 
 #include <KFormat>
-#include <KGuiItem>
 #include <KLocalizedString>
-#include <KMessageBox>
 #include <KMessageWidget>
 
 #include <QFileInfo>
@@ -261,17 +260,7 @@ bool LogRotationSettings::saveConfig()
         losses.append(
             i18n("So far “%1” decides when the log is rotated; from now on “%2” would.", before, after));
     }
-    return (losses.isEmpty() || mayLose(losses)) && write(root.get());
-}
-
-bool LogRotationSettings::mayLose(const QStringList &losses)
-{
-    return KMessageBox::warningContinueCancelList(
-               this,
-               i18n("Saving rewrites the whole file %1, and not all of its text can be kept:",
-                    SystemPaths::rotationFile()),
-               losses, i18n("Text would be lost"), KGuiItem(i18n("Save All the Same")))
-        == KMessageBox::Continue;
+    return LossQuestion::isAgreed(this, SystemPaths::rotationFile(), losses) && write(root.get());
 }
 
 bool LogRotationSettings::write(TreeItem *root)

@@ -62,7 +62,6 @@ private:
     [[nodiscard]] QStringList keptAsTheyAre(const RotationTerms &present) const;
     [[nodiscard]] RotationTerms editedTerms(const RotationTerms &present) const;
     [[nodiscard]] std::unique_ptr<TreeItem> newTree(const RotationScan &scan) const;
-    [[nodiscard]] bool mayLose(const QStringList &losses);
     [[nodiscard]] bool write(TreeItem *root);
     void showFailure(const QString &reason);
 
