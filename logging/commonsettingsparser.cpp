@@ -32,6 +32,13 @@ bool isKeywordWithCapital(const QString &word)
 bool belongsToCapitalKeyword(const QString &statement, const ConfigPatterns::Block &block)
 {
     const auto endsToken = [](QChar c) { return c.isSpace(); };
+    if (!block.name.isEmpty()) {
+        const int keywordEnd = block.keywordAt + block.keyword.size();
+        const int nameAt = statement.indexOf(block.name, keywordEnd);
+        if (statement.midRef(keywordEnd, nameAt - keywordEnd).contains(QLatin1Char('\n'))) {
+            return false; // the end of a comment, and then a keyword that is taken for a name
+        }
+    }
     const int start = tokenStart(statement, block.keywordAt, endsToken);
     const QString word = statement.mid(start, block.keywordAt - start + block.keyword.size());
     if (isKeywordWithCapital(word)) {

@@ -153,6 +153,8 @@ private Q_SLOTS:
     void capitalsElsewhereDoNoHarm()
     {
         QCOMPARE(parsed("# NOTE\nlog {\n    source(S);\n};"), withHeader("  [log][]-\n    [source]-[S]\n"));
+        QCOMPARE(parsed("# Paths\nlog {\n    source(S);\n};"),
+                 withHeader("  [aths][log]-\n    [source]-[S]\n"));
         QCOMPARE(parsed("source Main {\n    a(\"X\");\n};"),
                  withHeader("  [source][Main]-\n    [a]-[\"X\"]\n"));
     }
