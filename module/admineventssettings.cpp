@@ -3,6 +3,7 @@
 
 #include "admineventsmodule.h"
 
+#include <auditkeeper.h>
 #include <commonsettingswindow.h>
 #include <loggingservice.h>
 #include <statewidget.h>
@@ -23,6 +24,7 @@ void AdminEventsModule::configurationImported()
 {
     const bool dropsEdits = !compareModels();
     m_loggingService->restart();
+    m_auditKeeper->forget();
     load_p();
     stateWidget()->resetState();
     Q_EMIT changed(false);

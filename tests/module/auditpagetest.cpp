@@ -6,6 +6,7 @@
 
 #include <auditdialog.h>
 #include <checkabletreemodel.h>
+#include <commonsettingswindow.h>
 #include <eventtreeitem.h>
 #include <statewidget.h>
 
@@ -66,6 +67,7 @@ private Q_SLOTS:
     void aCatalogWithoutAuditedOperationsAsksForNothing();
     void aReloadUnderTheOpenDialogLosesNoAnswer();
     void twoDialogsKeepToTheirOwnNodes();
+    void anImportIsShownAndTheNextApplyMakesTheSystemAgree();
 
 private:
     [[nodiscard]] QString rulesPath() const
@@ -488,6 +490,29 @@ void AuditPageTest::twoDialogsKeepToTheirOwnNodes()
     doubleClick(*page, operation({QStringLiteral("other")}));
     accept(*dialog(*page));
     QCOMPARE(value(*page, user(QStringLiteral("alice"), "succ")), QStringLiteral("1"));
+}
+
+void AuditPageTest::anImportIsShownAndTheNextApplyMakesTheSystemAgree()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    const BoxAnswerer answerer(QMessageBox::No);
+    m_machine.type(*page, opened, user(QStringLiteral("alice"), "succ"), QStringLiteral("1"));
+    page->save();
+    m_machine.replace(
+        m_machine.settingsPath(),
+        QByteArray("{ 'opened': { 'enabled': '1', 'message-audit-events': { 'open': { 'users': {"
+                   "  'bob': { 'succ': '1', 'fail': '0' } } } } } }")
+            .replace('\'', '"'));
+    Q_EMIT page->findChild<CommonSettingsWindow *>()->configurationImported();
+    QCOMPARE(value(*page, user(QStringLiteral("alice"), "succ")), QStringLiteral("0"));
+    QCOMPARE(value(*page, user(QStringLiteral("bob"), "succ")), QStringLiteral("1"));
+    QVERIFY(page->compareModels());
+    m_machine.type(*page, opened, user(QStringLiteral("root"), "fail"), QStringLiteral("1"));
+    page->save();
+    QVERIFY(rules().contains(" -F uid=0 -F success=0 "));
+    QVERIFY(rules().contains(" -F uid=1001 -F success=1 "));
+    QVERIFY(!rules().contains("1000"));
 }
 
 QTEST_MAIN(AuditPageTest)
