@@ -12,8 +12,6 @@
 #include "servicecontrol.h"
 #include "targz.h"
 
-#include <KAuth/HelperSupport>
-
 namespace AdminEventsHelper {
 
 Helper::Helper(const HelperOptions &options, QObject *parent)
@@ -131,7 +129,9 @@ KAuth::ActionReply Helper::setauditsettings(const QVariantMap &arguments)
 
 KAuth::ActionReply Helper::answer(const QString &request, const Outcome &outcome) const
 {
-    const QString who = QStringLiteral("user %1: ").arg(KAuth::HelperSupport::callerUid());
+    const Result<uid_t> user = findRequester();
+    const QString who
+        = user ? QStringLiteral("user %1: ").arg(user.value()) : QStringLiteral("user unknown: ");
     if (outcome) {
         logLine(LOG_NOTICE, who + request + QLatin1String(": done"));
         return KAuth::ActionReply::SuccessReply();

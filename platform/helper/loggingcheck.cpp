@@ -22,6 +22,8 @@ using Kind = ServiceToken::Kind;
 constexpr int knownMajor = 3;
 constexpr int knownMinor = 38;
 constexpr int shownLength = 100;
+constexpr int depthLimit = 200;
+constexpr int ownClassLimit = 2000; // in pieces of the text
 
 /** Something in a text that needs to be known from a former one. */
 struct Privilege
@@ -92,7 +94,7 @@ private:
             m_open.append(
                 {token.text.at(0), keyword(token.text == "(" ? m_lastWord : m_firstWord), token.line});
             startStatement();
-            return true;
+            return m_open.size() <= depthLimit;
         case Kind::Close:
             if (m_open.isEmpty() || (m_open.last().sign == '(') != (token.text == ")")) {
                 return false;
@@ -143,7 +145,7 @@ private:
                 begin = m_text.indexOf('`', end + 1);
                 continue;
             }
-            const QByteArray name = m_text.mid(begin, end < 0 ? -1 : end - begin + 1);
+            const QByteArray name = m_text.mid(begin, end < 0 ? 1 : end - begin + 1);
             line += m_text.mid(counted, begin - counted).count('\n');
             counted = begin;
             add(name, line);
@@ -185,13 +187,18 @@ private:
             && keyword(token.text) != "block") {
             return;
         }
+        if (m_at < m_coveredUntil) {
+            return; // a part of something that is compared as a whole
+        }
+        if (following.text == "{" && !m_firstWord.isEmpty()) {
+            return; // the name of an object
+        }
         if (runsCode(token.text)) {
-            const QByteArray construct = constructAt(m_at);
             if (!isOwnClass(m_at)) {
-                add(construct, token.line);
+                add(takeConstruct(), token.line);
             }
         } else if (keyword(token.text) == "program" && !isInFilter()) {
-            add(constructAt(m_at), token.line);
+            add(takeConstruct(), token.line);
         } else if (opensFile(token.text) && following.text == "(") {
             const QByteArray file = argumentAt(m_at + 2);
             if (!isLogFilePath(judged(m_at + 2, file))) {
@@ -226,11 +233,11 @@ private:
     }
 
     /** From a word to what closes the bracket that follows it, as it is compared. */
-    QByteArray constructAt(int first) const
+    QByteArray takeConstruct()
     {
         QByteArray construct;
         int depth = 0;
-        for (int i = first; i < m_tokens.size(); ++i) {
+        for (int i = m_at; i < m_tokens.size(); ++i) {
             const ServiceToken &token = m_tokens.at(i);
             if (token.kind == Kind::Comment || token.kind == Kind::Pragma) {
                 continue;
@@ -239,6 +246,7 @@ private:
             // Quotes again, so that no text can pose as another.
             construct += token.kind == Kind::String ? '"' + token.text + '"' : token.text;
             construct += ' ';
+            m_coveredUntil = i + 1;
             if ((token.kind == Kind::Close || token.kind == Kind::End) && depth <= 0) {
                 break;
             }
@@ -256,17 +264,18 @@ private:
             return false;
         }
         int depth = 0;
-        for (int i = first + 1; i < m_tokens.size(); ++i) {
+        const int end = std::min(m_tokens.size(), first + ownClassLimit);
+        for (int i = first + 1; i < end; ++i) {
             const ServiceToken &token = m_tokens.at(i);
             depth += token.kind == Kind::Open ? 1 : (token.kind == Kind::Close ? -1 : 0);
             if (token.kind == Kind::Word && keyword(token.text) == "loaders") {
                 return false;
             }
             if (depth == 0) {
-                break;
+                return true;
             }
         }
-        return true;
+        return false;
     }
 
     /** A path as it is to be judged: quotes and backslashes, where they are escaped, are but parts of names.
@@ -309,6 +318,7 @@ private:
     QByteArray m_firstWord;
     QByteArray m_lastWord;
     int m_at = 0;
+    int m_coveredUntil = 0;
 };
 
 QString shown(const QByteArray &text)
@@ -328,9 +338,10 @@ Outcome LoggingCheck::check(const QString &path, const QByteArray &content, cons
     }
     Collector collector(content);
     if (const int line = collector.collect(); line != 0) {
-        return Outcome::failure(
-            i18n("Line %1 of the new content of \"%2\": a bracket or a quotation mark lacks its counterpart.",
-                 QString::number(line), path));
+        return Outcome::failure(i18n(
+            "Line %1 of the new content of \"%2\": a bracket or a quotation mark lacks its counterpart, or "
+            "brackets are nested too deeply.",
+            QString::number(line), path));
     }
     if (collector.privileges().isEmpty()) {
         return Outcome::success();
