@@ -5,6 +5,7 @@
 
 #include "disklimitdelegate.h"
 #include "disklimitsmodel.h"
+#include "plainmessage.h"
 #include "ui_diskspacemondialog.h"
 
 #include <KLocalizedString>
@@ -51,13 +52,23 @@ void DiskSpaceMonDialog::setUpTable()
     table->setModel(m_model);
     table->setItemDelegate(new DiskLimitDelegate(table));
     table->verticalHeader()->hide();
-    table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    table->horizontalHeader()->setSectionResizeMode(DiskLimitsModel::PathColumn, QHeaderView::Stretch);
+    fitColumns();
+    connect(m_model, &DiskLimitsModel::modelReset, this, &DiskSpaceMonDialog::fitColumns);
+    connect(m_model, &DiskLimitsModel::rowsInserted, this, &DiskSpaceMonDialog::fitColumns);
+    connect(m_model, &DiskLimitsModel::dataChanged, this, &DiskSpaceMonDialog::fitColumns);
     auto *remove = new QShortcut(QKeySequence::Delete, table);
     remove->setContext(Qt::WidgetShortcut);
     connect(remove, &QShortcut::activated, this, &DiskSpaceMonDialog::removeSelectedDirectory);
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &DiskSpaceMonDialog::selectionChanged);
+}
+
+/// The header fits its columns once, when it is told how to.
+void DiskSpaceMonDialog::fitColumns()
+{
+    QHeaderView *header = m_ui->directoriesTable->horizontalHeader();
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(DiskLimitsModel::PathColumn, QHeaderView::Stretch);
 }
 
 void DiskSpaceMonDialog::setData(const QString &text)
@@ -145,9 +156,7 @@ void DiskSpaceMonDialog::accept()
 
 void DiskSpaceMonDialog::showProblem(const QString &text)
 {
-    m_ui->messageWidget->setMessageType(KMessageWidget::Error);
-    m_ui->messageWidget->setText(QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()));
-    m_ui->messageWidget->show();
+    PlainMessage::show(m_ui->messageWidget, KMessageWidget::Error, {text});
 }
 
 void DiskSpaceMonDialog::forgetProblem()

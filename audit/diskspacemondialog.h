@@ -50,6 +50,7 @@ Q_SIGNALS:
 
 private:
     void setUpTable();
+    void fitColumns();
     void showProblem(const QString &text);
     void forgetProblem();
 

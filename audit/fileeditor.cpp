@@ -3,6 +3,7 @@
 
 #include "fileeditor.h"
 
+#include "plainmessage.h"
 #include "ui_fileeditor.h"
 
 #include <KLocalizedString>
@@ -127,7 +128,5 @@ void FileEditor::accept()
 
 void FileEditor::showProblem(const QString &text) const
 {
-    m_ui->messageWidget->setMessageType(KMessageWidget::Error);
-    m_ui->messageWidget->setText(QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()));
-    m_ui->messageWidget->show();
+    PlainMessage::show(m_ui->messageWidget, KMessageWidget::Error, {text});
 }

@@ -3,6 +3,7 @@
 
 #include "filesdialog.h"
 
+#include "plainmessage.h"
 #include "ui_filesdialog.h"
 
 #include <watchedpaths.h>
@@ -16,13 +17,6 @@ namespace {
 QIcon themeIcon(const char *name)
 {
     return QIcon::fromTheme(QString::fromLatin1(name));
-}
-/// As formatted text, in which a path is never taken for a tag.
-QString formatted(const QStringList &lines)
-{
-    return QStringLiteral("<qt>%1</qt>")
-        .arg(
-            lines.join(QLatin1Char('\n')).toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br/>")));
 }
 } // namespace
 
@@ -141,7 +135,7 @@ void FilesDialog::showState(QListWidgetItem *item) const
     } else if (!note.isEmpty()) {
         item->setIcon(themeIcon("dialog-warning"));
     }
-    item->setToolTip(note.isEmpty() ? QString() : formatted({note}));
+    item->setToolTip(note.isEmpty() ? QString() : PlainMessage::formatted({note}));
     item->setData(Qt::AccessibleDescriptionRole, note);
 }
 
@@ -174,16 +168,16 @@ void FilesDialog::showNotes() const
         notes = notes.mid(0, mostNotes);
         notes.append(i18np("One more path is marked.", "%1 more paths are marked.", left));
     }
-    m_ui->messageWidget->setMessageType(KMessageWidget::Warning);
-    m_ui->messageWidget->setText(formatted(notes));
-    m_ui->messageWidget->setVisible(!notes.isEmpty());
+    if (notes.isEmpty()) {
+        m_ui->messageWidget->hide();
+    } else {
+        PlainMessage::show(m_ui->messageWidget, KMessageWidget::Warning, notes);
+    }
 }
 
 void FilesDialog::showProblem(const QString &text) const
 {
-    m_ui->messageWidget->setMessageType(KMessageWidget::Error);
-    m_ui->messageWidget->setText(formatted({text}));
-    m_ui->messageWidget->show();
+    PlainMessage::show(m_ui->messageWidget, KMessageWidget::Error, {text});
 }
 
 void FilesDialog::on_buttonBox_accepted()
