@@ -1,0 +1,315 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "boxanswerer.h"
+#include "pagefixture.h"
+
+#include <checkabletreemodel.h>
+#include <commonsettingswindow.h>
+#include <destinationsmodel.h>
+#include <destinationssettings.h>
+#include <eventtreeitem.h>
+#include <systempaths.h>
+
+#include <KMessageWidget>
+
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QStandardPaths>
+#include <QTabWidget>
+#include <QTest>
+#include <QTreeView>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+QPushButton *settingsButton(const AdminEventsModule &page)
+{
+    return page.findChild<QPushButton *>(QStringLiteral("commonSettingsButton"));
+}
+
+CommonSettingsWindow *window(const AdminEventsModule &page)
+{
+    return page.findChild<CommonSettingsWindow *>();
+}
+
+void showTab(const CommonSettingsWindow &window, const char *tab)
+{
+    auto *tabs = window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
+    tabs->setCurrentWidget(window.findChild<QWidget *>(QLatin1String(tab)));
+}
+
+void clickOk(const CommonSettingsWindow &window)
+{
+    auto *buttons = window.findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
+    QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
+}
+
+QSpinBox *numberOfLogs(const CommonSettingsWindow &window)
+{
+    return window.findChild<QSpinBox *>(QStringLiteral("numberOfLogs"));
+}
+
+void name(const CommonSettingsWindow &window, const char *tab, const QString &path)
+{
+    window.findChild<QWidget *>(QLatin1String(tab))
+        ->findChild<QLineEdit *>(QStringLiteral("fileLineEdit"))
+        ->setText(path);
+}
+
+bool sendRecord(const QByteArray &socketPath, const QByteArray &record)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (socketPath.size() >= int(sizeof address.sun_path)) {
+        return false;
+    }
+    std::copy(socketPath.cbegin(), socketPath.cend(), address.sun_path);
+    const int descriptor = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const bool sent = ::sendto(descriptor, record.constData(), size_t(record.size()), 0,
+                               reinterpret_cast<const sockaddr *>(&address), sizeof address)
+        == record.size();
+    ::close(descriptor);
+    return sent;
+}
+} // namespace
+
+/// The window of the common settings as the page opens it, down to the files and the service.
+class CommonSettingsPageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void buttonOpensTheDestinations();
+    void importBringsTheExportedStateBack();
+    void importTellsOfEditsThatItDrops();
+    void failedImportLeavesThePageAlone();
+    void recordReachesTheDestinationThatWasAdded();
+
+private:
+    [[nodiscard]] QString path(const QString &logical) const { return m_machine.root() + logical; }
+    /// The files of the configuration, one after the other.
+    [[nodiscard]] QList<QByteArray> files() const;
+    void edit(const AdminEventsModule &page, const QString &destination, int number) const;
+
+    PageFixture m_machine;
+    QTemporaryDir m_home;
+};
+
+void CommonSettingsPageTest::initTestCase()
+{
+    const QString problem = m_machine.start();
+    QVERIFY2(problem.isEmpty(), qPrintable(problem));
+}
+
+void CommonSettingsPageTest::init()
+{
+    m_machine.reset();
+    QVERIFY(m_machine.bus->setAllowed(true));
+    const QString data = QStringLiteral(SHIPPED_DATA);
+    QVERIFY(QDir().mkpath(path(QStringLiteral("/etc/logrotate.d"))));
+    PageFixture::write(path(SystemPaths::mainConfiguration()),
+                       PageFixture::read(data + QStringLiteral("/syslog-ng/mod-nivra.conf")));
+    PageFixture::write(path(SystemPaths::rotationFile()),
+                       PageFixture::read(data + QStringLiteral("/logrotate/syslog-ng-mod-nivra")));
+}
+
+void CommonSettingsPageTest::cleanup()
+{
+    QProcess::execute(
+        QStringLiteral(SYSTEMCTL),
+        {QStringLiteral("--sandbox"), m_machine.root(), QStringLiteral("stop"), QStringLiteral("syslog-ng")});
+}
+
+QList<QByteArray> CommonSettingsPageTest::files() const
+{
+    return {PageFixture::read(path(SystemPaths::mainConfiguration())),
+            PageFixture::read(path(SystemPaths::rotationFile())), PageFixture::read(m_machine.settingsPath()),
+            PageFixture::read(m_machine.rulesPath())};
+}
+
+void CommonSettingsPageTest::edit(const AdminEventsModule &page, const QString &destination, int number) const
+{
+    const CommonSettingsWindow &dialog = *window(page);
+    settingsButton(page)->click();
+    dialog.findChild<DestinationsSettings *>()->insertNewDest(
+        {QStringLiteral("file"), destination,
+         QString(QStringLiteral("/var/log/") + destination + QStringLiteral(".log")), 514,
+         QStringLiteral("tcp")});
+    clickOk(dialog);
+    settingsButton(page)->click();
+    showTab(dialog, "logRotateTab");
+    numberOfLogs(dialog)->setValue(number);
+    clickOk(dialog);
+    QVERIFY(!dialog.isVisible());
+}
+
+void CommonSettingsPageTest::buttonOpensTheDestinations()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QVERIFY(settingsButton(*page)->isEnabled());
+    QCOMPARE(settingsButton(*page)->text(), QStringLiteral("Settings"));
+    QVERIFY(!window(*page)->isVisible());
+    showTab(*window(*page), "importTab");
+    QTest::mouseClick(settingsButton(*page), Qt::LeftButton);
+    QVERIFY(window(*page)->isVisible());
+    QCOMPARE(window(*page)->windowTitle(), QStringLiteral("Common parameters"));
+    QCOMPARE(window(*page)->parentWidget(), page.get());
+    QVERIFY(page->findChild<DestinationsSettings *>()->isVisible());
+    QCOMPARE(page->findChild<DestinationsSettings *>()->model()->rowCount(), 1);
+}
+
+void CommonSettingsPageTest::importBringsTheExportedStateBack()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    const BoxAnswerer boxes(QMessageBox::No);
+    const CommonSettingsWindow &dialog = *window(*page);
+    edit(*page, QStringLiteral("first"), 9);
+    m_machine.toggle(*page, QStringLiteral("watch"));
+    page->save();
+    QTRY_COMPARE(m_machine.serviceCalls().count(QStringLiteral("restart syslog-ng")), 1);
+    QCOMPARE(boxes.boxes().size(), 0);
+    const QList<QByteArray> exported = files();
+    QVERIFY(exported.at(0).contains("first.log"));
+    QVERIFY(exported.at(1).contains("rotate 9\n"));
+    QVERIFY(exported.at(2).contains("watch"));
+    QVERIFY(exported.at(3).contains("/etc/shadow"));
+
+    const QString archive = m_home.filePath(QStringLiteral("state.tar.gz"));
+    settingsButton(*page)->click();
+    showTab(dialog, "exportTab");
+    name(dialog, "exportTab", archive);
+    clickOk(dialog);
+    QCOMPARE(boxes.boxes().size(), 1);
+    QCOMPARE(boxes.boxes().last().text, QStringLiteral("Configuration exported successfully"));
+    QVERIFY(QFileInfo(archive).size() > 0);
+
+    edit(*page, QStringLiteral("second"), 3);
+    m_machine.toggle(*page, QStringLiteral("watch"));
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    page->save();
+    QTRY_COMPARE(m_machine.serviceCalls().count(QStringLiteral("restart syslog-ng")), 2);
+    const QList<QByteArray> changed = files();
+    for (int i = 0; i < changed.size(); ++i) {
+        QVERIFY(changed.at(i) != exported.at(i));
+    }
+
+    settingsButton(*page)->click();
+    showTab(dialog, "importTab");
+    name(dialog, "importTab", archive);
+    const QSignalSpy pageChanged(page.get(), qOverload<bool>(&AdminEventsModule::changed));
+    clickOk(dialog);
+    QCOMPARE(boxes.boxes().size(), 2);
+    QVERIFY(boxes.boxes().last().text.startsWith(QStringLiteral("Configuration imported successfully.\n")));
+    QCOMPARE(files(), exported);
+    QVERIFY(!pageChanged.isEmpty());
+    QCOMPARE(pageChanged.last().first().toBool(), false);
+    QTRY_COMPARE(m_machine.serviceCalls().count(QStringLiteral("restart syslog-ng")), 3);
+    QCOMPARE(PageFixture::node(page->workingModel(), QStringLiteral("watch"))->checkState, int(Qt::Checked));
+    QCOMPARE(PageFixture::node(page->workingModel(), QStringLiteral("plain"))->checkState,
+             int(Qt::Unchecked));
+    settingsButton(*page)->click();
+    QCOMPARE(numberOfLogs(dialog)->value(), 9);
+    QCOMPARE(page->findChild<DestinationsSettings *>()->model()->rowCount(), 2);
+    // And the same again leaves nothing to save.
+    clickOk(dialog);
+    QCOMPARE(files(), exported);
+}
+
+void CommonSettingsPageTest::importTellsOfEditsThatItDrops()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    const BoxAnswerer boxes(QMessageBox::No);
+    const CommonSettingsWindow &dialog = *window(*page);
+    const QString archive = m_home.filePath(QStringLiteral("plain.tar.gz"));
+    settingsButton(*page)->click();
+    showTab(dialog, "exportTab");
+    name(dialog, "exportTab", archive);
+    clickOk(dialog);
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    settingsButton(*page)->click();
+    showTab(dialog, "importTab");
+    name(dialog, "importTab", archive);
+    clickOk(dialog);
+    QVERIFY(boxes.boxes().last().text.startsWith(QStringLiteral("Configuration imported successfully.\n")));
+    QCOMPARE(PageFixture::node(page->workingModel(), QStringLiteral("plain"))->checkState,
+             int(Qt::Unchecked));
+    const auto *bar = page->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
+    QTRY_VERIFY(bar->isVisible());
+    QVERIFY2(bar->text().contains(QStringLiteral("not saved are gone")), qPrintable(bar->text()));
+    QTRY_VERIFY(m_machine.serviceCalls().contains(QStringLiteral("restart syslog-ng")));
+}
+
+void CommonSettingsPageTest::failedImportLeavesThePageAlone()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    const BoxAnswerer boxes(QMessageBox::No);
+    const QString archive = m_home.filePath(QStringLiteral("none.tar.gz"));
+    PageFixture::write(archive, "no archive");
+    const QList<QByteArray> before = files();
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    settingsButton(*page)->click();
+    showTab(*window(*page), "importTab");
+    name(*window(*page), "importTab", archive);
+    clickOk(*window(*page));
+    QCOMPARE(boxes.boxes().size(), 1);
+    QVERIFY(boxes.boxes().last().text.startsWith(QStringLiteral("Can not import configuration!\n")));
+    QCOMPARE(files(), before);
+    QVERIFY(!page->compareModels());
+    QVERIFY(!m_machine.serviceCalls().contains(QStringLiteral("restart")));
+}
+
+void CommonSettingsPageTest::recordReachesTheDestinationThatWasAdded()
+{
+    const QStringList places{QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")};
+    if (QStandardPaths::findExecutable(QStringLiteral("syslog-ng"), places).isEmpty()) {
+        QSKIP("needs syslog-ng");
+    }
+    QByteArray config = PageFixture::read(QFileInfo(QStringLiteral(SYSTEMCTL)).path()
+                                          + QStringLiteral("/syslog-ng.conf.in"));
+    config.replace("@ROOT@", m_machine.root().toUtf8());
+    PageFixture::write(path(QStringLiteral("/etc/syslog-ng/syslog-ng.conf")), config);
+    QVERIFY(QDir().mkpath(path(QStringLiteral("/run"))));
+    const QString manager = path(QStringLiteral("/bin/systemctl"));
+    PageFixture::replace(
+        manager, "#!/bin/sh\nexec '" SYSTEMCTL "' --sandbox '" + m_machine.root().toUtf8() + "' \"$@\"\n");
+    QFile::setPermissions(manager, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QCOMPARE(QProcess::execute(manager, {QStringLiteral("start"), QStringLiteral("auditd")}), 0);
+
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    edit(*page, QStringLiteral("added"), 2);
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    page->save(); // which starts the service anew
+    const auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    QTRY_COMPARE_WITH_TIMEOUT(label->text(), QStringLiteral("Logging service is running."), 20000);
+    const QByteArray socket = path(QStringLiteral("/run/syslog-ng/nivra-events")).toLocal8Bit();
+    QTRY_VERIFY_WITH_TIMEOUT(sendRecord(socket, "<13>{\"MSG\":{\"nivra-auth\":{\"user\":\"ivanov\"}}}"),
+                             10000);
+    QTRY_VERIFY_WITH_TIMEOUT(PageFixture::read(path(QStringLiteral("/var/log/added.log"))).contains("ivanov"),
+                             10000);
+    QTRY_VERIFY_WITH_TIMEOUT(PageFixture::read(path(SystemPaths::eventLogFile())).contains("ivanov"), 10000);
+    // The page shows how large the log has become.
+    settingsButton(*page)->click();
+    const QString size = page->findChild<QLabel *>(QStringLiteral("logSizeLabel"))->text();
+    QVERIFY2(size != QStringLiteral("0 B") && size.endsWith(QStringLiteral(" B")), qPrintable(size));
+}
+
+QTEST_MAIN(CommonSettingsPageTest)
+#include "commonsettingspagetest.moc"
