@@ -26,6 +26,7 @@
 #include <QAction>
 #include <QHeaderView>
 #include <QMessageBox>
+#include <QPointer>
 
 namespace {
 QString presentPath()
@@ -36,9 +37,10 @@ QString presentPath()
 /// What files hold is shown as it is, whatever it looks like.
 void showText(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text)
 {
-    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    const QPointer<QMessageBox> box(new QMessageBox(icon, title, text, QMessageBox::Ok, parent));
+    box->setTextFormat(Qt::PlainText);
+    box->exec();
+    delete box;
 }
 } // namespace
 
@@ -110,22 +112,18 @@ bool DestinationsSettings::saveConfig()
     if (!isDestinationsModified() || MainTree::equal(*MainTree::read(m_loadedFile), *m_model->rootItem())) {
         return true;
     }
-    const CommonSettingsParser parser(presentPath(), nullptr);
-    const QByteArray present = parser.readBytes();
-    if (present.isEmpty()) {
-        showError(i18n("The destinations were not saved, because the file cannot be read any more. %1",
-                       parser.errorString()));
+    if (!mayReplaceFile()) {
         return false;
     }
-    const QStringList losses = LossCheck::findings(present, m_loadedFile, *m_model->rootItem());
-    if (!LossQuestion::isAgreed(this, SystemPaths::mainConfiguration(), losses)) {
-        return false;
-    }
+    const QPointer<DestinationsSettings> self(this); // the page may be closed while the helper works
     bool written = false;
     {
         const BusyIndicator busy(this);
         CommonWriter writer(m_service, SystemPaths::mainConfiguration());
         written = writer.writeConfig(m_model->rootItem());
+    }
+    if (!self) {
+        return written;
     }
     if (!written) {
         showError(i18n("The destinations could not be saved in %1. %2", SystemPaths::mainConfiguration(),
@@ -136,6 +134,29 @@ bool DestinationsSettings::saveConfig()
     return true;
 }
 
+bool DestinationsSettings::mayReplaceFile()
+{
+    const QPointer<DestinationsSettings> self(this);
+    const CommonSettingsParser parser(presentPath(), nullptr);
+    QByteArray present = parser.readBytes();
+    QByteArray asked;
+    // The file may change once more while the user reads what would be lost.
+    while (!present.isEmpty() && present != asked) {
+        const QStringList losses = LossCheck::findings(present, m_loadedFile, *m_model->rootItem());
+        if (!LossQuestion::isAgreed(this, SystemPaths::mainConfiguration(), losses) || !self) {
+            return false;
+        }
+        asked = present;
+        present = parser.readBytes();
+    }
+    if (present.isEmpty()) {
+        showError(i18n("The destinations were not saved, because the file cannot be read any more. %1",
+                       parser.errorString()));
+        return false;
+    }
+    return true;
+}
+
 void DestinationsSettings::showError(const QString &text)
 {
     showText(this, QMessageBox::Critical, i18n("Error"), text);
@@ -143,11 +164,18 @@ void DestinationsSettings::showError(const QString &text)
 
 void DestinationsSettings::addDestination()
 {
-    AddDestinationDialog dialog(this);
-    dialog.setDestItems(m_model->destinations());
-    dialog.setOtherNames(ForeignDestinations::names());
-    if (dialog.exec() == QDialog::Accepted) {
-        insertNewDest(dialog.values());
+    // On the heap: closing the page destroys the dialog, too.
+    const QPointer<AddDestinationDialog> dialog(new AddDestinationDialog(this));
+    dialog->setDestItems(m_model->destinations());
+    dialog->setOtherNames(ForeignDestinations::names());
+    const int result = dialog->exec();
+    if (!dialog) {
+        return;
+    }
+    const QVector<QVariant> values = dialog->values();
+    delete dialog;
+    if (result == QDialog::Accepted) {
+        insertNewDest(values);
     }
 }
 

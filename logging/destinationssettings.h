@@ -59,6 +59,8 @@ private:
     void addDestination();
     void openInEditor();
     void showError(const QString &text);
+    /// Asks about losses; false, and nothing is to be written, when the user declines or the file is gone.
+    [[nodiscard]] bool mayReplaceFile();
     [[nodiscard]] TreeItem *selectedDestination() const;
 
     std::unique_ptr<Ui::DestinationsSettings> m_ui;

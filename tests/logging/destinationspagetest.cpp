@@ -66,6 +66,8 @@ private Q_SLOTS:
     void destinationInANestedBlockIsNotRemoved();
     void lossesAreShownAndSavedOnlyWhenToldTo();
     void changesOfAnotherProgramAreShown();
+    void changeDuringTheQuestionIsAskedAbout();
+    void pageMayCloseDuringAQuestion();
     void unreadableFileDisablesThePage_data();
     void unreadableFileDisablesThePage();
     void fileThatVanishedIsNotWritten();
@@ -255,6 +257,26 @@ void DestinationsPageTest::changesOfAnotherProgramAreShown()
         refusing.lists(),
         QStringList{QStringLiteral("Lines 14 to 16: “destination x { file(\"/x\"); };” would be lost.")});
     QCOMPARE(present(), other);
+}
+
+void DestinationsPageTest::changeDuringTheQuestionIsAskedAbout()
+{
+    load(QByteArray("# one?\n") + written);
+    m_page->insertNewDest(fileDestination("d_file", "/a"));
+    QTimer::singleShot(0, this, [this] { put(path(), QByteArray("# two?\n") + written); });
+    DialogAnswerer agreeing(true);
+    QVERIFY(m_page->saveConfig());
+    QCOMPARE(agreeing.lists(),
+             (QStringList{QStringLiteral("Line 1: the comment “# one?” would be lost."),
+                          QStringLiteral("Line 1: the comment “# two?” would be lost.")}));
+    QVERIFY(present().contains("d_file"));
+}
+
+void DestinationsPageTest::pageMayCloseDuringAQuestion()
+{
+    QTimer::singleShot(50, this, [this] { m_page.reset(); });
+    button("addButton")->click();
+    QVERIFY(!m_page);
 }
 
 void DestinationsPageTest::unreadableFileDisablesThePage_data()
