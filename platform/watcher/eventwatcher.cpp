@@ -23,6 +23,8 @@ constexpr int valueLimit = 4096;
 // One kind of event must not bury the desktop or the machine: so many within ten seconds.
 constexpr int floodLimit = 10;
 constexpr qint64 floodSpanMs = 10000;
+// Writing a line may itself be an event of which there is to be a line.
+constexpr int logFloodLimit = 200;
 // Nobody can acknowledge what only sounds.
 constexpr int unseenRepeats = 10;
 
@@ -55,6 +57,7 @@ EventWatcher::EventWatcher(const QString &settingsFile, QObject *parent)
     , m_repetition(settingsFile)
     , m_popupGuard(floodLimit, floodSpanMs)
     , m_commandGuard(floodLimit, floodSpanMs)
+    , m_logGuard(logFloodLimit, floodSpanMs)
 {
     connect(&m_popups, &Popups::acknowledged, this, &EventWatcher::endRepetition);
 }
@@ -119,7 +122,7 @@ void EventWatcher::present(const Event &received)
     if (event.title.isEmpty()) {
         event.title = presentation->name;
     }
-    if (presentation->log) {
+    if (presentation->log && m_logGuard.allows(event.key)) {
         report(LogFile::append(presentation->logFile, event));
     }
     if (presentation->execute && m_commandGuard.allows(event.key)) {

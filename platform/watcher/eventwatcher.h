@@ -59,6 +59,7 @@ private:
     Popups m_popups;
     FloodGuard m_popupGuard;
     FloodGuard m_commandGuard;
+    FloodGuard m_logGuard;
     QHash<QString, Repetition *> m_repetitions; ///< by notification key
 };
 

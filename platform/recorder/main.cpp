@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "auditassembler.h"
+#include "eventmatcher.h"
+#include "recordsocket.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <unistd.h>
+
+using namespace NivraRecorder;
+
+namespace {
+
+constexpr int chunk = 64 * 1024;
+// No line of the daemon is longer.
+constexpr int lineLimit = 256 * 1024;
+
+/** Reads the audit daemon's lines and hands over the records of the events that they are. */
+class Recorder
+{
+public:
+    explicit Recorder(const QString &root)
+        : m_matcher(root + QStringLiteral("/etc/nivra-syslog.conf"))
+        , m_socket(root + QStringLiteral("/run/syslog-ng/nivra-events"))
+    {
+    }
+
+    /** Takes what there is on standard input; false at its end. */
+    bool read()
+    {
+        QByteArray bytes(chunk, Qt::Uninitialized);
+        const ssize_t count = ::read(STDIN_FILENO, bytes.data(), chunk);
+        if (count <= 0) {
+            record(m_assembler.takeAll());
+            return false;
+        }
+        m_buffer += bytes.left(int(count));
+        int begin = 0;
+        for (int end = m_buffer.indexOf('\n'); end >= 0; end = m_buffer.indexOf('\n', begin)) {
+            record(m_assembler.add(m_buffer.mid(begin, end - begin)));
+            begin = end + 1;
+        }
+        m_buffer.remove(0, begin);
+        if (m_buffer.size() > lineLimit) {
+            m_buffer.clear();
+        }
+        return true;
+    }
+
+    void catchUp() { record(m_assembler.takeOverdue()); }
+
+private:
+    void record(const QList<AuditEvent> &events)
+    {
+        for (const AuditEvent &event : events) {
+            // What the logging service itself opens would make it log without end.
+            if (event.fields.value(QStringLiteral("exe")) == QLatin1String("/usr/sbin/syslog-ng")
+                && event.fields.value(QStringLiteral("key")).startsWith(QLatin1String("nivra-subject-"))) {
+                continue;
+            }
+            const QList<QByteArray> records = m_matcher.records(event);
+            for (const QByteArray &record : records) {
+                m_socket.send(record);
+            }
+        }
+    }
+
+    AuditAssembler m_assembler;
+    EventMatcher m_matcher;
+    RecordSocket m_socket;
+    QByteArray m_buffer;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    // The catalog library follows the same variable.
+    Recorder recorder(qEnvironmentVariable("ADMINEVENTS_ROOT"));
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &application, [&] {
+        if (!recorder.read()) {
+            QCoreApplication::quit();
+        }
+    });
+    QTimer overdue;
+    QObject::connect(&overdue, &QTimer::timeout, &application, [&] { recorder.catchUp(); });
+    overdue.start(500);
+    return QCoreApplication::exec();
+}
