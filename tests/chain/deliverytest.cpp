@@ -4,7 +4,10 @@
 #include "loggingsandbox.h"
 #include "notificationserver.h"
 
+#include <commonwriter.h>
 #include <leashedprocess.h>
+#include <notificationfragment.h>
+#include <treeitem.h>
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -88,6 +91,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void theFragmentIsThatOfThePage();
     void exactlyTheMatchingRecordIsShown();
     void hostileValuesStayData();
     void onlyAdministratorsAreTold_data();
@@ -235,6 +239,23 @@ void DeliveryTest::cleanup()
     m_bus.reset();
     m_server.reset();
     m_sandbox.reset();
+}
+
+void DeliveryTest::theFragmentIsThatOfThePage()
+{
+    NotificationFragment written;
+    written.messageId = QStringLiteral("first");
+    written.messageType = QStringLiteral("auth");
+    written.title = QStringLiteral("The \"title\" of first");
+    written.parameters = QStringList{QStringLiteral("user"), QStringLiteral("terminal")};
+    written.recipients = NotificationFragment::Administrators;
+    QCOMPARE(CommonWriter::statements(*written.tree()).join(QString()).toUtf8(),
+             fragment("first", "@all", "nivra-admin"));
+    written.recipients = NotificationFragment::UserAndGroup;
+    QCOMPARE(CommonWriter::statements(*written.tree()).join(QString()).toUtf8(), fragment("first", "", ""));
+    written.recipients = NotificationFragment::AllUsers;
+    QCOMPARE(CommonWriter::statements(*written.tree()).join(QString()).toUtf8(),
+             fragment("first", "@all", "@all"));
 }
 
 void DeliveryTest::exactlyTheMatchingRecordIsShown()
