@@ -125,15 +125,23 @@ bool compareColumns(const EventTreeItem &reference, EventTreeItem &working, int 
 
 bool compareChildren(const EventTreeItem &reference, EventTreeItem &working)
 {
-    const int rows = reference.childCount();
-    if (rows == 0) {
+    const QVector<TreeItem *> &before = reference.nodes();
+    if (before.isEmpty()) {
         return true;
     }
+    const QVector<TreeItem *> &now = working.nodes();
     const int columns = reference.columnCount();
-    bool equal = rows == working.childCount() && columns == working.columnCount();
-    for (int row = 0; row < rows; ++row) {
-        EventTreeItem *child = working.eventChild(row);
-        equal = child && compareColumns(*reference.eventChild(row), *child, columns) && equal;
+    bool equal = before.size() == now.size() && columns == working.columnCount();
+    for (int row = 0; row < before.size(); ++row) {
+        if (row >= now.size()) {
+            return false;
+        }
+        const auto &was = *static_cast<const EventTreeItem *>(before.at(row));
+        auto &is = *static_cast<EventTreeItem *>(now.at(row));
+        // Most nodes are leaves that nobody has touched: they are worth no call each.
+        if (was.childCount() > 0 || !isUntouched(was, is)) {
+            equal = compareColumns(was, is, columns) && equal;
+        }
     }
     return equal;
 }

@@ -39,6 +39,14 @@ void writeSwitch(EventTreeItem *node, bool on)
     }
     node->setData(1, QString(digit));
 }
+
+/// Gives a "succ" or "fail" value the text of its check state.
+void followState(EventTreeItem *leaf)
+{
+    if (leaf->checkState != Qt::PartiallyChecked && leaf->isAuditSwitch()) {
+        writeSwitch(leaf, leaf->checkState == Qt::Checked);
+    }
+}
 } // namespace
 
 CheckableTreeModel::CheckableTreeModel(const EventConfigStorage &storage, QObject *parent)
@@ -406,18 +414,36 @@ void CheckableTreeModel::setGroupEventsChecked(EventTreeItem *group, bool checke
 
 void CheckableTreeModel::checkEnabled(EventTreeItem *item) const
 {
-    const bool switches = item->kind == EventTreeItem::Event || item->kind == EventTreeItem::Parameter;
-    if (switches && item->checkState != Qt::PartiallyChecked) {
-        const bool on = item->checkState == Qt::Checked;
-        if (item->isAuditSwitch()) {
-            writeSwitch(item, on);
-        } else if (item->childCount() > 0) {
-            if (EventTreeItem *enabled = item->switchChild()) {
-                writeSwitch(enabled, on);
-            }
-        }
+    if (item->childCount() == 0) {
+        followState(item);
+        return;
     }
-    for (int row = 0; row < item->childCount(); ++row) {
-        checkEnabled(item->eventChild(row));
+    // Only the first switch of an event or parameter counts.
+    bool wantsSwitch = (item->kind == EventTreeItem::Event || item->kind == EventTreeItem::Parameter)
+        && item->checkState != Qt::PartiallyChecked;
+    for (TreeItem *node : item->nodes()) {
+        auto *child = static_cast<EventTreeItem *>(node);
+        if (child->childCount() > 0) {
+            checkEnabled(child);
+            continue;
+        }
+        // Most nodes are leaves without any part in this, and a click visits them all: their kind and the
+        // length of their name say so without a call.
+        if (child->kind != EventTreeItem::Parameter) {
+            continue;
+        }
+        switch (child->nativeName.size()) {
+        case 4: // succ, fail
+            followState(child);
+            break;
+        case 7: // enabled
+            if (wantsSwitch && child->isSwitchValue()) {
+                wantsSwitch = false;
+                writeSwitch(child, item->checkState == Qt::Checked);
+            }
+            break;
+        default:
+            break;
+        }
     }
 }

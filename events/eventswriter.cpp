@@ -93,6 +93,19 @@ void appendLeaf(QString &text, const EventTreeItem &item)
         text += separator;
     }
 }
+/// True when something in the tree of @p item belongs into the settings file.
+bool holdsOverlay(const EventTreeItem &item)
+{
+    if (item.overlay) {
+        return true;
+    }
+    for (const TreeItem *node : item.nodes()) {
+        if (holdsOverlay(*static_cast<const EventTreeItem *>(node))) {
+            return true;
+        }
+    }
+    return false;
+}
 } // namespace
 
 EventsWriter::EventsWriter(ConfigAccessService &configAccessService, const QString &settingsPath,
@@ -141,6 +154,10 @@ void EventsWriter::printMessages(const EventTreeItem &item, QStringList &fragmen
 
 QString EventsWriter::eventText(const EventTreeItem &event)
 {
+    // Most events are as the catalog has them, and no text need be made of those.
+    if (!holdsOverlay(event)) {
+        return {};
+    }
     QString text(QLatin1Char('\t'));
     JsonText::appendShielded(text, event.nativeName);
     text += QLatin1String(" : { ");
@@ -160,7 +177,7 @@ QString EventsWriter::eventText(const EventTreeItem &event)
     }
     text.chop(separator.size());
     text += QLatin1String(" }");
-    SettingsTidy::tidy(text, event.member(QLatin1String("message-audit-events")) != nullptr);
+    SettingsTidy::tidy(text);
     return text;
 }
 

@@ -3,11 +3,22 @@
 
 #include "eventtreeitem.h"
 
+#include <algorithm>
+
 namespace {
 /// Equality that mostly needs no call: walks over whole trees ask it of every node.
 bool isNamed(const QString &name, QLatin1String expected)
 {
-    return name.size() == expected.size() && name == expected;
+    if (name.size() != expected.size()) {
+        return false;
+    }
+    const auto *letters = reinterpret_cast<const uchar *>(expected.data());
+    return std::equal(name.begin(), name.end(), letters, [](QChar a, uchar b) { return a.unicode() == b; });
+}
+
+bool isObjectText(const QVariant &json)
+{
+    return json.isValid() && json.toString().startsWith(QLatin1Char('{'));
 }
 } // namespace
 
@@ -64,8 +75,7 @@ bool EventTreeItem::isSubject() const
 bool EventTreeItem::isObject() const
 {
     if (kind == Parameter || kind == Subjects) {
-        const QVariant &json = value(2);
-        return childCount() > 0 || (json.isValid() && json.toString().startsWith(QLatin1Char('{')));
+        return childCount() > 0 || isObjectText(value(2));
     }
     return false;
 }
@@ -74,7 +84,12 @@ bool EventTreeItem::isAuditSwitch() const
 {
     return kind == Parameter && childCount() == 0
         && (isNamed(nativeName, QLatin1String("succ")) || isNamed(nativeName, QLatin1String("fail")))
-        && !isSubject() && !isObject();
+        && !isSubject() && !isObjectText(value(2));
+}
+
+bool EventTreeItem::isSwitchValue() const
+{
+    return kind == Parameter && isNamed(nativeName, QLatin1String("enabled")) && !isObject();
 }
 
 EventTreeItem *EventTreeItem::switchChild() const
@@ -84,8 +99,7 @@ EventTreeItem *EventTreeItem::switchChild() const
     }
     for (TreeItem *node : children()) {
         auto *child = static_cast<EventTreeItem *>(node);
-        if (child->kind == Parameter && isNamed(child->nativeName, QLatin1String("enabled"))
-            && !child->isObject()) {
+        if (child->isSwitchValue()) {
             return child;
         }
     }

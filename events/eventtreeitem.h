@@ -44,6 +44,8 @@ public:
     {
         return static_cast<EventTreeItem *>(child(row));
     }
+    /// All children, for walks over whole trees; each is an EventTreeItem.
+    [[nodiscard]] const QVector<TreeItem *> &nodes() const { return children(); }
     void reserve(int childCount) { reserveChildren(childCount); }
 
     /// The first descendant in pre-order with that native name.
@@ -67,6 +69,8 @@ public:
     [[nodiscard]] bool isObject() const;
     /// True for a "succ" or "fail" value (not a subject or object of that name).
     [[nodiscard]] bool isAuditSwitch() const;
+    /// True for an "enabled" value (not an object of that name), which switches its parent.
+    [[nodiscard]] bool isSwitchValue() const;
     /// The direct child value "enabled" that switches this node, null when there is none.
     [[nodiscard]] EventTreeItem *switchChild() const;
     /// The direct child that is the member @p name of this node's object; subjects do not count.

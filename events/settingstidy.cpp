@@ -3,24 +3,33 @@
 
 #include "settingstidy.h"
 
-void SettingsTidy::tidy(QString &text, bool hasAuditEvents)
+void SettingsTidy::tidy(QString &text)
 {
     // All that needs repair ends like this, and most events have nothing of it.
-    if (!text.contains(QLatin1String("  }"))) {
+    const QLatin1String end("  }");
+    int next = text.indexOf(end);
+    if (next < 0) {
         return;
     }
-    const QString objectEnd = QStringLiteral("},  }");
-    const QString objectsClosed = QStringLiteral("} }");
-    text.replace(objectEnd, objectsClosed);
-    if (hasAuditEvents) {
-        text.replace(objectEnd, objectsClosed);
+    QString tidied;
+    tidied.reserve(text.size());
+    int copied = 0;
+    while (next >= 0) {
+        tidied.append(text.constData() + copied, next - copied);
+        // What was repaired just now may be what the next bracket closes.
+        if (tidied.endsWith(QLatin1String("},")) || tidied.endsWith(QLatin1String("],"))
+            || tidied.endsWith(QLatin1String("\","))) {
+            tidied.chop(1);
+            tidied += QLatin1String(" }");
+        } else if (tidied.endsWith(QLatin1Char(':'))) {
+            // An event that is marked but contributes nothing is one that is switched off.
+            tidied += QLatin1String(" { \"enabled\": \"0\" }");
+        } else {
+            tidied += end;
+        }
+        copied = next + end.size();
+        next = text.indexOf(end, copied);
     }
-    text.replace(QLatin1String("],  }"), QLatin1String("] }"));
-    text.replace(QLatin1String("\",  }"), QLatin1String("\" }"));
-    // An event that is marked but contributes nothing is one that is switched off.
-    text.replace(QLatin1String(":  }"), QLatin1String(": { \"enabled\": \"0\" }"));
-    // Neighbouring ends overlap, so one pass closes every other level only.
-    while (text.contains(objectEnd)) {
-        text.replace(objectEnd, objectsClosed);
-    }
+    tidied.append(text.constData() + copied, text.size() - copied);
+    text = tidied;
 }

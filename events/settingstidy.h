@@ -9,7 +9,6 @@
 namespace SettingsTidy {
 /**
  * @param text the text of one event; closing braces inside of values are escaped
- * @param hasAuditEvents the event has per-subject settings, which nest one level deeper
  */
-void tidy(QString &text, bool hasAuditEvents);
+void tidy(QString &text);
 } // namespace SettingsTidy

@@ -110,6 +110,11 @@ void JsonTextTest::tidyingRepairsSeparators_data()
     QTest::newRow("text") << QStringLiteral("{ \"a\" : \"b\",  }") << QStringLiteral("{ \"a\" : \"b\" }");
     QTest::newRow("nothing") << QStringLiteral("\"e\" :  }")
                              << QStringLiteral("\"e\" : { \"enabled\": \"0\" }");
+    QTest::newRow("all kinds in one")
+        << QStringLiteral("{ [ \"a\" ],  },  }, \"b\" :  },  }, { \"c\",  } }")
+        << QStringLiteral("{ [ \"a\" ] } }, \"b\" : { \"enabled\": \"0\" } }, { \"c\" } }");
+    QTest::newRow("other blanks before an end")
+        << QStringLiteral("{  } a  },   }") << QStringLiteral("{  } a  },   }");
     QTest::newRow("two levels") << QStringLiteral("{ { \"b\",  },  }") << QStringLiteral("{ { \"b\" } }");
 }
 
@@ -117,11 +122,8 @@ void JsonTextTest::tidyingRepairsSeparators()
 {
     QFETCH(QString, text);
     QFETCH(QString, expected);
-    for (const bool hasAuditEvents : {false, true}) {
-        QString tidied = text;
-        SettingsTidy::tidy(tidied, hasAuditEvents);
-        QCOMPARE(tidied, expected);
-    }
+    SettingsTidy::tidy(text);
+    QCOMPARE(text, expected);
 }
 
 void JsonTextTest::tidyingClosesEveryLevel()
@@ -136,7 +138,7 @@ void JsonTextTest::tidyingClosesEveryLevel()
         text += QStringLiteral(" }, ");
     }
     text += QStringLiteral(" }");
-    SettingsTidy::tidy(text, false);
+    SettingsTidy::tidy(text);
     QVERIFY(!text.contains(QLatin1Char(',')));
     const QString document = QStringLiteral("{ %1 }").arg(text);
     QVERIFY(QJsonDocument::fromJson(document.toUtf8()).isObject());
@@ -146,7 +148,7 @@ void JsonTextTest::tidyingKeepsWhatIsInOrder()
 {
     const QString text = QStringLiteral("\"e\" : { \"a\" : [ \"b\", \"c\" ], \"d\" : { \"f\" : \"g\" } }");
     QString tidied = text;
-    SettingsTidy::tidy(tidied, true);
+    SettingsTidy::tidy(tidied);
     QCOMPARE(tidied, text);
 }
 
