@@ -253,7 +253,10 @@ void DBusDialogTest::oneBoxForOneShownName()
     EventTreeItem *more = m_event->findChildTopLevelByNativeName(QStringLiteral("extend-message-params"));
     EventTreeItem *twin = m_machine.addChild(more, QStringLiteral("twin"));
     twin->setData(0, QStringLiteral("&user"));
+    m_machine.addChild(more, QStringLiteral("host"))->localizedName = QStringLiteral("Узел");
     openNew(m_event.get());
+    QCOMPARE(boxes().last()->text(), QStringLiteral("Узел"));
+    QCOMPARE(boxes().last()->value().toString(), QStringLiteral("host"));
     int found = 0;
     for (const CheckBoxParam *box : boxes()) {
         if (box->text() == QLatin1String("user")) {
