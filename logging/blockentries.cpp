@@ -77,11 +77,8 @@ void EntrySplitter::closeWith(const QString &line)
 void EntrySplitter::add(const QString &line)
 {
     count(line);
-    if (m_braces == 0 && m_hasBraceEnd) {
-        closeWith(line);
-    } else if (m_parentheses != 0 || m_braces != 0) {
-        continueWith(line);
-    } else if (m_hasParenthesisEnd || closes(line)) {
+    const bool isOpen = m_parentheses != 0 || m_braces != 0;
+    if ((m_braces == 0 && m_hasBraceEnd) || (!isOpen && (m_hasParenthesisEnd || closes(line)))) {
         closeWith(line);
     } else {
         continueWith(line);
