@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "auditassembler.h"
 #include "eventmatcher.h"
+#include "messagematcher.h"
 #include "recordsocket.h"
+#include "systemmessage.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -18,12 +20,16 @@ constexpr int chunk = 64 * 1024;
 // No line of the daemon is longer.
 constexpr int lineLimit = 256 * 1024;
 
-/** Reads the audit daemon's lines and hands over the records of the events that they are. */
+/** Reads lines of the audit daemon or of the journal, and hands over the records of the events that they are.
+ */
 class Recorder
 {
 public:
-    explicit Recorder(const QString &root)
-        : m_matcher(root + QStringLiteral("/etc/nivra-syslog.conf"))
+    /** @param readsJournal the lines are those of "journalctl --output=json", not the audit daemon's. */
+    Recorder(const QString &root, bool readsJournal)
+        : m_readsJournal(readsJournal)
+        , m_matcher(root + QStringLiteral("/etc/nivra-syslog.conf"))
+        , m_messageMatcher(root + QStringLiteral("/etc/nivra-syslog.conf"))
         , m_socket(root + QStringLiteral("/run/syslog-ng/nivra-events"))
     {
     }
@@ -40,7 +46,7 @@ public:
         m_buffer += bytes.left(int(count));
         int begin = 0;
         for (int end = m_buffer.indexOf('\n'); end >= 0; end = m_buffer.indexOf('\n', begin)) {
-            record(m_assembler.add(m_buffer.mid(begin, end - begin)));
+            take(m_buffer.mid(begin, end - begin));
             begin = end + 1;
         }
         m_buffer.remove(0, begin);
@@ -53,6 +59,22 @@ public:
     void catchUp() { record(m_assembler.takeOverdue()); }
 
 private:
+    void take(const QByteArray &line)
+    {
+        if (!m_readsJournal) {
+            record(m_assembler.add(line));
+        } else if (const std::optional<SystemMessage> message = SystemMessage::parse(line)) {
+            send(m_messageMatcher.records(*message));
+        }
+    }
+
+    void send(const QList<QByteArray> &records)
+    {
+        for (const QByteArray &record : records) {
+            m_socket.send(record);
+        }
+    }
+
     void record(const QList<AuditEvent> &events)
     {
         for (const AuditEvent &event : events) {
@@ -61,15 +83,14 @@ private:
                 && event.fields.value(QStringLiteral("key")).startsWith(QLatin1String("nivra-subject-"))) {
                 continue;
             }
-            const QList<QByteArray> records = m_matcher.records(event);
-            for (const QByteArray &record : records) {
-                m_socket.send(record);
-            }
+            send(m_matcher.records(event));
         }
     }
 
+    bool m_readsJournal;
     AuditAssembler m_assembler;
     EventMatcher m_matcher;
+    MessageMatcher m_messageMatcher;
     RecordSocket m_socket;
     QByteArray m_buffer;
 };
@@ -79,8 +100,9 @@ private:
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
+    const bool readsJournal = QCoreApplication::arguments().contains(QStringLiteral("--journal"));
     // The catalog library follows the same variable.
-    Recorder recorder(qEnvironmentVariable("ADMINEVENTS_ROOT"));
+    Recorder recorder(qEnvironmentVariable("ADMINEVENTS_ROOT"), readsJournal);
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &application, [&] {
         if (!recorder.read()) {

@@ -16,14 +16,15 @@ class RecorderTest : public QObject
     Q_OBJECT
 
 private:
-    static bool start(QProcess &recorder, const LoggingSandbox &sandbox)
+    static bool start(QProcess &recorder, const LoggingSandbox &sandbox,
+                      const QStringList &arguments = QStringList())
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("ADMINEVENTS_ROOT"), sandbox.below(QString()));
         environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
         recorder.setProcessEnvironment(environment);
         recorder.setProcessChannelMode(QProcess::MergedChannels);
-        recorder.start(QStringLiteral(RECORDER), QStringList());
+        recorder.start(QStringLiteral(RECORDER), arguments);
         return recorder.waitForStarted();
     }
     static void prepare(const LoggingSandbox &sandbox)
@@ -40,6 +41,7 @@ private:
 private Q_SLOTS:
     void auditEventsReachTheEventLog();
     void anEventWithoutAnEndIsRecordedToo();
+    void messagesOfTheJournalReachTheEventLog();
     void withoutTheServiceNothingHangs();
 };
 
@@ -101,6 +103,32 @@ void RecorderTest::anEventWithoutAnEndIsRecordedToo()
     recorder.closeWriteChannel();
     QVERIFY(recorder.waitForFinished());
     QTRY_COMPARE(sandbox.logged().size(), 2);
+}
+
+void RecorderTest::messagesOfTheJournalReachTheEventLog()
+{
+    if (!LoggingSandbox::hasSyslogNg()) {
+        QSKIP("needs syslog-ng");
+    }
+    LoggingSandbox sandbox;
+    prepare(sandbox);
+    sandbox.write(
+        QStringLiteral("usr/share/syslog-ng-mod-nivra/event-settings/g/m.json"),
+        "{\"event-group\": \"g\", \"enabled\": \"1\", \"message-type\": \"auth\", \"message-params\": "
+        "{\"message_id\": \"login_failed\"}, \"extend-message-params\": {\"user\": "
+        "\"${.auth.user}\"}, \"filter-values\": {\"PROGRAM\": \"login\", \"MESSAGE\": \"FAILED\"}}");
+    QVERIFY2(sandbox.start(), sandbox.output().constData());
+    QProcess recorder;
+    QVERIFY(start(recorder, sandbox, {QStringLiteral("--journal")}));
+    recorder.write("no line of the journal\n" + passwdWritten());
+    recorder.write(
+        "{\"SYSLOG_IDENTIFIER\":\"login\",\"MESSAGE\":\"LOGIN ON tty1 BY petrov\",\"_UID\":\"0\"}\n"
+        "{\"SYSLOG_IDENTIFIER\":\"login\",\"MESSAGE\":\"FAILED LOGIN FOR 'ivanov'\",\"_UID\":\"0\"}\n");
+    QTRY_COMPARE(sandbox.logged().size(), 1);
+    QVERIFY2(sandbox.logged().constFirst().contains("\"user\":\"ivanov\""), sandbox.logged().constFirst());
+    recorder.closeWriteChannel();
+    QVERIFY(recorder.waitForFinished());
+    QCOMPARE(recorder.readAll(), QByteArray());
 }
 
 void RecorderTest::withoutTheServiceNothingHangs()
