@@ -125,7 +125,8 @@ void RecorderTest::messagesOfTheJournalReachTheEventLog()
         "{\"SYSLOG_IDENTIFIER\":\"login\",\"MESSAGE\":\"LOGIN ON tty1 BY petrov\",\"_UID\":\"0\"}\n"
         "{\"SYSLOG_IDENTIFIER\":\"login\",\"MESSAGE\":\"FAILED LOGIN FOR 'ivanov'\",\"_UID\":\"0\"}\n");
     QTRY_COMPARE(sandbox.logged().size(), 1);
-    QVERIFY2(sandbox.logged().constFirst().contains("\"user\":\"ivanov\""), sandbox.logged().constFirst());
+    QVERIFY2(sandbox.logged().constFirst().contains("\"user\":\"ivanov\""),
+             sandbox.logged().constFirst().constData());
     recorder.closeWriteChannel();
     QVERIFY(recorder.waitForFinished());
     QCOMPARE(recorder.readAll(), QByteArray());
