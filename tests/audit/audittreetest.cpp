@@ -7,6 +7,7 @@
 #include <changemarker.h>
 #include <checkabletreemodel.h>
 #include <eventconfigstorage.h>
+#include <eventreset.h>
 #include <eventtreeclone.h>
 #include <eventtreeitem.h>
 #include <subjectsjson.h>
@@ -367,6 +368,28 @@ private Q_SLOTS:
         QVERIFY(AuditTree::setSubjects(*at(working, "e", "open/users"), text));
         QVERIFY(ChangeMarker::compareTrees(*reference, *working));
         QCOMPARE(at(working, "e", "open/users")->value(2).toString(), text);
+    }
+
+    void savedSettingsAndAResetKeepTheTextInAgreement()
+    {
+        add("e", "1", openRootOther);
+        const Root defaults = load();
+        m_sandbox->setSettings(R"({ "e": { "enabled": "1", "message-audit-events": { "open": { "users": {
+            "alice": { "succ": "1", "fail": "1" }, "root": { "succ": "0", "fail": "0" },
+            "overlay0": { "succ": "0", "fail": "1" } } } } } })");
+        const Root root = load();
+        EventTreeItem *users = at(root, "e", "open/users");
+        QCOMPARE(valueOf(at(root, "e", "open/users/alice")), 3);
+        QCOMPARE(valueOf(at(root, "e", "open/users/root")), 0);
+        QCOMPARE(valueOf(at(root, "e", "open/users/overlay0")), 2);
+        QCOMPARE(disagreement(*users), QString());
+        const QString built = users->value(2).toString();
+        SubjectsJson::memberChanged(*users->eventChild(0)->eventChild(0));
+        QCOMPARE(users->value(2).toString(), built); // put together as the builder does
+        EventReset::reset(*Tree::at(root, "g/e"), *Tree::at(defaults, "g/e"));
+        QCOMPARE(valueOf(at(root, "e", "open/users/alice")), 0);
+        QCOMPARE(valueOf(at(root, "e", "open/users/root")), 1);
+        QCOMPARE(disagreement(*users), QString());
     }
 
     void aClickInTheTreeKeepsTheTextInAgreement()

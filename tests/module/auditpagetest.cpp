@@ -67,6 +67,7 @@ private Q_SLOTS:
     void aCatalogWithoutAuditedOperationsAsksForNothing();
     void aReloadUnderTheOpenDialogLosesNoAnswer();
     void twoDialogsKeepToTheirOwnNodes();
+    void everybodyElseIsRecordedByTheSwitchesOfOther();
     void anImportIsShownAndTheNextApplyMakesTheSystemAgree();
 
 private:
@@ -490,6 +491,23 @@ void AuditPageTest::twoDialogsKeepToTheirOwnNodes()
     doubleClick(*page, operation({QStringLiteral("other")}));
     accept(*dialog(*page));
     QCOMPARE(value(*page, user(QStringLiteral("alice"), "succ")), QStringLiteral("1"));
+}
+
+void AuditPageTest::everybodyElseIsRecordedByTheSwitchesOfOther()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    CheckableTreeModel *model = page->workingModel();
+    const EventTreeItem *failure
+        = m_machine.node(model, opened, operation({QStringLiteral("other"), QStringLiteral("fail")}));
+    QVERIFY(model->setData(model->indexOf(failure, 1), QVariant(), Qt::CheckStateRole));
+    const BoxAnswerer answerer(QMessageBox::No);
+    page->save();
+    QCOMPARE(answerer.boxes().size(), 1);
+    QVERIFY(rules().contains(
+        "-S open,openat,openat2,open_by_handle_at -F success=0 -F key=nivra-subject-open\n"));
+    QCOMPARE(value(*page, operation({QStringLiteral("other"), QStringLiteral("fail")})), QStringLiteral("1"));
+    QVERIFY(page->compareModels());
 }
 
 void AuditPageTest::anImportIsShownAndTheNextApplyMakesTheSystemAgree()
