@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "archiveforge.h"
+#include "auditsettingsstore.h"
+#include "backupstore.h"
+#include "configtransfer.h"
+#include "configwriter.h"
+#include "filechanges.h"
+#include "fragmentstore.h"
+#include "transfersample.h"
+
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <functional>
+#include <sys/ptrace.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+using namespace AdminEventsHelper;
+
+namespace {
+
+constexpr int stepLimit = 2000;
+
+/** Whether a process that has stopped is about to change something on the disk. */
+bool isAboutToChange(pid_t child)
+{
+    static const QSet<quint64> changing{
+        SYS_write,    SYS_fsync,  SYS_fchmod,   SYS_fchown, SYS_ftruncate, SYS_openat,    SYS_mkdirat,
+        SYS_unlinkat, SYS_linkat, SYS_renameat, SYS_flock,  SYS_renameat2, SYS_fsetxattr, SYS_exit_group};
+    __ptrace_syscall_info info = {};
+    return ::ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof info, &info) > 0
+        && info.op == PTRACE_SYSCALL_INFO_ENTRY && changing.contains(info.entry.nr)
+        && (info.entry.nr != SYS_openat || (info.entry.args[2] & O_CREAT) != 0);
+}
+
+/** Runs the action in a child that is killed as it is about to change something for the given time. */
+enum class End { Killed, Done, NotTraced };
+End runAndKill(const std::function<bool()> &action, int step)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
+            ::_exit(9);
+        }
+        ::raise(SIGSTOP);
+        ::_exit(action() ? 0 : 1);
+    }
+    int status = 0;
+    if (::waitpid(child, &status, 0) != child || !WIFSTOPPED(status)
+        || ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD) != 0) {
+        return End::NotTraced;
+    }
+    for (int changes = 0; changes < step; changes += isAboutToChange(child) ? 1 : 0) {
+        if (::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0 || ::waitpid(child, &status, 0) != child
+            || !WIFSTOPPED(status)) {
+            return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? End::Done : End::NotTraced;
+        }
+    }
+    ::kill(child, SIGKILL);
+    ::waitpid(child, &status, 0);
+    return End::Killed;
+}
+
+/** What no write may lose or mix: everything but the notes of how often somebody wrote. */
+QStringList temporaryFilesBelow(const QString &root)
+{
+    QStringList found;
+    const TreeSnapshot all = takeSnapshot(root);
+    for (auto it = all.cbegin(); it != all.cend(); ++it) {
+        if (it.key().contains(QLatin1String(".adminevents-"))
+            || it.key().endsWith(QLatin1String("pending-changes"))) {
+            found << it.key();
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+/**
+ * The program that writes is killed before every single system call that changes something: whichever it was,
+ * each file is the old one or the new one, after the next write of anything all of them are the old ones or
+ * all are the new ones, and nothing half-written stays.
+ */
+class KilledAtStepTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void leavesOldOrNew_data();
+    void leavesOldOrNew();
+
+private:
+    static Outcome carryOut(const QString &verb, const QString &root);
+    static bool prepare(const QString &root);
+    void look(const QString &root, const QMap<QString, QByteArray> &before,
+              const QMap<QString, QByteArray> &after, bool isOne);
+};
+
+bool KilledAtStepTest::prepare(const QString &root)
+{
+    return TransferSample::fill(root)
+        && putFile(root + QLatin1String("/etc/passwd"), "root:x:0:0::/root:/bin/sh\n")
+        && putFile(root + QLatin1String("/etc/group"), "root:x:0:\n");
+}
+
+Outcome KilledAtStepTest::carryOut(const QString &verb, const QString &root)
+{
+    if (verb == QLatin1String("write")) {
+        return ConfigWriter(root).write({QStringLiteral("/etc/nivra-syslog.conf"), "{\"new\": {}}"});
+    }
+    if (verb == QLatin1String("import")) {
+        const Result<ConfigTransfer::Report> report = ConfigTransfer(root).install(
+            soundArchive({{"etc/nivra-syslog.conf", "{\"new\": {}}"},
+                          {"etc/syslog-ng/conf.d/mod-nivra.conf", "log { };\n"},
+                          {"etc/syslog-ng/conf.d/mod-nivra-new.conf", sampleFragmentOf("new")}}));
+        return report.outcome();
+    }
+    if (verb == QLatin1String("notifications")) {
+        FragmentWriteRequest request;
+        request.fragments.insert(QStringLiteral("mod-nivra-a_b_c.conf"), sampleFragment("New"));
+        return FragmentStore(root).write(request);
+    }
+    if (verb == QLatin1String("removal")) {
+        return FragmentStore(root).remove({{QStringLiteral("mod-nivra-a_b_c.conf")}});
+    }
+    return AuditSettingsStore(root).set(
+        {SubjectType::Users, {{{QStringLiteral("root"), QStringLiteral("open")}, 3}}});
+}
+
+void KilledAtStepTest::leavesOldOrNew_data()
+{
+    QTest::addColumn<QString>("verb");
+    for (const char *verb : {"write", "import", "notifications", "removal", "audit settings"}) {
+        QTest::newRow(verb) << QString::fromLatin1(verb);
+    }
+}
+
+void KilledAtStepTest::look(const QString &root, const QMap<QString, QByteArray> &before,
+                            const QMap<QString, QByteArray> &after, bool isOne)
+{
+    QMap<QString, QByteArray> found = TransferSample::contents(root);
+    if (isOne) {
+        QVERIFY2(found == before || found == after, "the files are neither the old nor the new ones");
+        return;
+    }
+    for (auto it = found.cbegin(); it != found.cend(); ++it) {
+        if (!it.key().contains(QLatin1String(".adminevents-"))) {
+            QVERIFY2(*it == before.value(it.key()) || *it == after.value(it.key()), qPrintable(it.key()));
+        }
+    }
+    for (auto it = before.cbegin(); it != before.cend(); ++it) {
+        QVERIFY2(found.contains(it.key()) || !after.contains(it.key()), qPrintable(it.key()));
+    }
+}
+
+void KilledAtStepTest::leavesOldOrNew()
+{
+    QFETCH(QString, verb);
+    QTemporaryDir whole;
+    QVERIFY(prepare(whole.path()));
+    const QMap<QString, QByteArray> before = TransferSample::contents(whole.path());
+    QVERIFY(carryOut(verb, whole.path()).ok());
+    const QMap<QString, QByteArray> after = TransferSample::contents(whole.path());
+    QVERIFY(before != after);
+    int halfway = 0;
+    for (int step = 1; step < stepLimit; ++step) {
+        QTemporaryDir root;
+        QVERIFY(prepare(root.path()));
+        const End end = runAndKill([&] { return carryOut(verb, root.path()).ok(); }, step);
+        if (end == End::NotTraced && step == 1) {
+            QSKIP("this system does not let a process be traced");
+        }
+        QVERIFY2(end != End::NotTraced, "the program ended in another way");
+        look(root.path(), before, after, false);
+        halfway += temporaryFilesBelow(root.path()).isEmpty() ? 0 : 1;
+        // The next write of another file.
+        const QString rotation = QStringLiteral("/etc/logrotate.d/syslog-ng-mod-nivra");
+        const Outcome next = ConfigWriter(root.path()).write({rotation, before.value(rotation)});
+        QVERIFY2(next.ok(), qPrintable(next.error()));
+        look(root.path(), before, after, true);
+        if (QTest::currentTestFailed()) {
+            QFAIL(qPrintable(QStringLiteral("killed at step %1").arg(step)));
+        }
+        if (end == End::Done) {
+            qInfo("%s: killed at %d steps, %d of them left something half-written", qPrintable(verb),
+                  step - 1, halfway);
+            QVERIFY(halfway > 0);
+            QVERIFY(TransferSample::contents(root.path()) == after);
+            return;
+        }
+    }
+    QFAIL("it does not end");
+}
+
+QTEST_GUILESS_MAIN(KilledAtStepTest)
+
+#include "killedatsteptest.moc"
