@@ -142,13 +142,16 @@ void DiskSpaceMonDialog::accept()
     if (std::exchange(m_rejected, false)) {
         return; // the value that was typed is not in the table, and the dialog says why
     }
-    QList<QVariant> data = prepareData();
-    if (m_model->rows() == m_givenRows) {
-        data[0] = m_givenText;
-    } else if (const QModelIndex cell = m_model->firstProblem(); cell.isValid()) {
-        m_ui->directoriesTable->setCurrentIndex(cell);
-        showProblem(DiskLimitsModel::problem(cell.column(), cell.data(Qt::EditRole).toString()));
+    const bool edited = m_model->rows() != m_givenRows;
+    const QModelIndex bad = edited ? m_model->firstProblem() : QModelIndex();
+    if (bad.isValid()) {
+        m_ui->directoriesTable->setCurrentIndex(bad);
+        showProblem(DiskLimitsModel::problem(bad.column(), bad.data(Qt::EditRole).toString()));
         return;
+    }
+    QList<QVariant> data = prepareData();
+    if (!edited) {
+        data[0] = m_givenText;
     }
     Q_EMIT directoriesEdited(data);
     QDialog::accept();
