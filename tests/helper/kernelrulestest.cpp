@@ -6,7 +6,6 @@
 #include "treesnapshot.h"
 
 #include <QDirIterator>
-#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -150,14 +149,13 @@ void KernelRulesTest::rulesInForceAreNotLoadedAgain()
     putRules("nivra-syslog.rules", text);
     QVERIFY(load().ok());
     QCOMPARE(m_kernel->rules().size(), 100);
-    const QByteArray before = describeFile(m_root->filePath(QStringLiteral("etc/audit/audit.rules")));
-    QElapsedTimer timer;
-    timer.start();
+    const int deleted = m_kernel->deletions();
     QVERIFY(load().ok());
-    QVERIFY2(timer.elapsed() < 1000, "deleting the rules takes longer than that");
-    QCOMPARE(describeFile(m_root->filePath(QStringLiteral("etc/audit/audit.rules"))), before);
+    QCOMPARE(m_kernel->rules().size(), 100);
     putRules("nivra-syslog.rules", "");
     QVERIFY(load().ok());
+    // Each was deleted once: when it was switched off.
+    QTRY_COMPARE(m_kernel->deletions(), deleted + 100);
     QCOMPARE(m_kernel->rules(), QList<QByteArray>());
 }
 

@@ -158,12 +158,23 @@ int KernelAudit::records(const QByteArray &key) const
     const bool plain
         = std::all_of(key.begin(), key.end(), [](char c) { return c > ' ' && c < 127 && c != '"'; });
     const QByteArray wanted = " key=" + (plain ? QByteArray('"' + key + '"') : key.toHex().toUpper());
-    int count = 0;
-    for (const QByteArray &line :
-         content(m_directory.filePath(QStringLiteral("daemon/audit.log"))).split('\n')) {
-        count += line.startsWith("type=SYSCALL ") && line.endsWith(wanted) ? 1 : 0;
-    }
-    return count;
+    const QList<QByteArray> lines = recorded();
+    return int(std::count_if(lines.begin(), lines.end(), [&wanted](const QByteArray &line) {
+        return line.startsWith("type=SYSCALL ") && line.endsWith(wanted);
+    }));
+}
+
+int KernelAudit::deletions() const
+{
+    const QList<QByteArray> lines = recorded();
+    return int(std::count_if(lines.begin(), lines.end(), [](const QByteArray &line) {
+        return line.startsWith("type=CONFIG_CHANGE ") && line.contains(" op=remove_rule ");
+    }));
+}
+
+QList<QByteArray> KernelAudit::recorded() const
+{
+    return content(m_directory.filePath(QStringLiteral("daemon/audit.log"))).split('\n');
 }
 
 QByteArray KernelAudit::run(const QString &program, const QStringList &arguments) const

@@ -40,9 +40,12 @@ public:
     void deleteRules() const;
     /** How many calls were recorded under that key. */
     [[nodiscard]] int records(const QByteArray &key) const;
+    /** How many times a rule was deleted, as recorded. */
+    [[nodiscard]] int deletions() const;
 
 private:
     QByteArray run(const QString &program, const QStringList &arguments) const;
+    [[nodiscard]] QList<QByteArray> recorded() const;
     [[nodiscard]] QByteArray status(const char *name) const;
     [[nodiscard]] QString findObstacle();
 
