@@ -28,6 +28,8 @@ struct Group
 const QByteArray createsBySecond("-F a1&0x40");
 const QByteArray createsByThird("-F a2&0x40");
 
+const QByteArray attributeCalls("setxattr,lsetxattr,fsetxattr,removexattr,lremovexattr,fremovexattr");
+
 const QList<Group> &groups()
 {
     static const QList<Group> all{
@@ -40,8 +42,8 @@ const QList<Group> &groups()
         {QStringLiteral("rename"), "rename,renameat,renameat2", {}},
         {QStringLiteral("chmod"), "chmod,fchmod,fchmodat", {}},
         {QStringLiteral("chown"), "chown,fchown,lchown,fchownat,chown32,fchown32,lchown32", {}},
-        {QStringLiteral("acl"), "setxattr,lsetxattr,fsetxattr,removexattr,lremovexattr,fremovexattr", {}},
-        {QStringLiteral("mac"), "setxattr,lsetxattr,fsetxattr,removexattr,lremovexattr,fremovexattr", {}},
+        {QStringLiteral("acl"), attributeCalls, {}},
+        {QStringLiteral("mac"), attributeCalls, {}},
         {QStringLiteral("cap"), "capset", {}},
         {QStringLiteral("uid"),
          "setuid,setreuid,setresuid,setfsuid,setuid32,setreuid32,setresuid32,setfsuid32",
@@ -128,6 +130,11 @@ const QStringList &AuditOperations::identifiers()
         return list;
     }();
     return names;
+}
+
+QString AuditOperations::twinOf(const QString &identifier)
+{
+    return identifier == QLatin1String("acl") ? QStringLiteral("mac") : QString();
 }
 
 QList<AuditOperations::Calls> AuditOperations::calls(const QString &identifier, const QString &machine)

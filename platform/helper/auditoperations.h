@@ -33,6 +33,12 @@ struct Calls
 const QStringList &identifiers();
 
 /**
+ * The later operation that is the same system calls, and empty for most: access lists and security labels are
+ * both extended attributes of a file, and no rule can see the attribute's name.
+ */
+QString twinOf(const QString &identifier);
+
+/**
  * @param identifier one of identifiers().
  * @param machine as uname(2) names it, e.g. "x86_64".
  * @return empty for a machine whose system calls are not known.

@@ -3,9 +3,12 @@
 #include "subjectrules.h"
 
 #include "auditoperations.h"
+#include "jointconditions.h"
 #include "numberranges.h"
 
 #include <KLocalizedString>
+
+#include <QHash>
 
 #include <limits>
 
@@ -164,6 +167,59 @@ Result<QList<QByteArray>> fieldsOf(const OperationSettings &settings, const QStr
     return fields;
 }
 
+/** Writes the rules as long as they are not too many, and counts them. */
+class RuleWriter
+{
+public:
+    explicit RuleWriter(const QString &machine)
+        : m_machine(machine)
+    {
+    }
+
+    void add(const QString &identifier, const QList<QByteArray> &keys, const QList<QByteArray> &conditions)
+    {
+        const QList<AuditOperations::Calls> calls = AuditOperations::calls(identifier, m_machine);
+        m_machineIsKnown = m_machineIsKnown && (!calls.isEmpty() || conditions.isEmpty());
+        m_count += calls.size() * conditions.size();
+        if (m_count > SubjectRules::ruleLimit) {
+            return;
+        }
+        for (const AuditOperations::Calls &call : calls) {
+            for (const QByteArray &condition : conditions) {
+                QByteArray rule = "-a always,exit -F arch=" + call.arch + " -S " + call.names;
+                if (!call.fields.isEmpty()) {
+                    rule += ' ' + call.fields;
+                }
+                rule += condition;
+                for (const QByteArray &key : keys) {
+                    rule += " -F key=" + key;
+                }
+                m_rules.append(rule);
+            }
+        }
+    }
+
+    Result<QList<QByteArray>> rules() const
+    {
+        if (!m_machineIsKnown) {
+            return Outcome::failure(i18n("The system calls of the machine \"%1\" are not known.", m_machine));
+        }
+        if (m_count > SubjectRules::ruleLimit) {
+            return Outcome::failure(i18n("These audit settings need %1 audit rules, and at most %2 may be "
+                                         "set. Audit groups in place of "
+                                         "single users, or everybody.",
+                                         QString::number(m_count), QString::number(SubjectRules::ruleLimit)));
+        }
+        return m_rules;
+    }
+
+private:
+    QString m_machine;
+    bool m_machineIsKnown = true;
+    int m_count = 0;
+    QList<QByteArray> m_rules;
+};
+
 } // namespace
 
 QByteArray SubjectRules::keyOf(const QString &identifier)
@@ -173,40 +229,26 @@ QByteArray SubjectRules::keyOf(const QString &identifier)
 
 Result<QList<QByteArray>> SubjectRules::make(const SubjectSettings &settings, const QString &machine)
 {
-    QList<QByteArray> rules;
-    int count = 0;
-    for (const QString &identifier : AuditOperations::identifiers()) {
-        const auto operation = settings.constFind(identifier);
-        if (operation == settings.cend()) {
-            continue;
-        }
-        const Result<QList<QByteArray>> fields = fieldsOf(*operation, identifier);
+    QHash<QString, QList<QByteArray>> conditions;
+    for (auto it = settings.cbegin(); it != settings.cend(); ++it) {
+        Result<QList<QByteArray>> fields = fieldsOf(*it, it.key());
         if (!fields) {
             return fields.outcome();
         }
-        const QList<AuditOperations::Calls> calls = AuditOperations::calls(identifier, machine);
-        if (calls.isEmpty() && !fields.value().isEmpty()) {
-            return Outcome::failure(i18n("The system calls of the machine \"%1\" are not known.", machine));
-        }
-        count += calls.size() * fields.value().size();
-        if (count > ruleLimit) {
-            continue; // only counted
-        }
-        for (const AuditOperations::Calls &call : calls) {
-            for (const QByteArray &subject : fields.value()) {
-                rules.append("-a always,exit -F arch=" + call.arch + " -S " + call.names
-                             + (call.fields.isEmpty() ? QByteArray() : ' ' + call.fields) + subject
-                             + " -F key=" + keyOf(identifier));
-            }
-        }
+        conditions.insert(it.key(), fields.takeValue());
     }
-    if (count > ruleLimit) {
-        return Outcome::failure(i18n(
-            "These audit settings need %1 audit rules, and at most %2 may be set. Audit groups in place of "
-            "single users, or everybody.",
-            QString::number(count), QString::number(ruleLimit)));
+    RuleWriter writer(machine);
+    for (const QString &identifier : AuditOperations::identifiers()) {
+        const QString twin = AuditOperations::twinOf(identifier);
+        if (!twin.isEmpty()) {
+            const JointConditions joint(conditions.value(identifier), conditions.value(twin));
+            writer.add(identifier, {keyOf(identifier), keyOf(twin)}, joint.both());
+            conditions[identifier] = joint.first();
+            conditions[twin] = joint.second();
+        }
+        writer.add(identifier, {keyOf(identifier)}, conditions.value(identifier));
     }
-    return rules;
+    return writer.rules();
 }
 
 } // namespace AdminEventsHelper

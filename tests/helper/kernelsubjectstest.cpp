@@ -9,6 +9,11 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <grp.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
 using namespace AdminEventsHelper;
 using namespace std::chrono_literals;
 
@@ -20,7 +25,9 @@ class KernelSubjectsTest : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
+    void cleanup();
     void auditedUsersGroupsAndOthersAreRecordedAndNobodyElse();
+    void operationsOfTheSameCallsAreRecordedUnderBothKeys();
 
 private:
     using Values = QMap<QPair<QString, QString>, int>;
@@ -73,6 +80,32 @@ void KernelSubjectsTest::initTestCase()
 void KernelSubjectsTest::cleanupTestCase()
 {
     m_kernel.reset();
+}
+
+void KernelSubjectsTest::cleanup()
+{
+    m_kernel->deleteRules();
+    QFile::remove(m_root.path() + AuditSettingsStore::path());
+}
+
+void KernelSubjectsTest::operationsOfTheSameCallsAreRecordedUnderBothKeys()
+{
+    const QString alice = QStringLiteral("alice");
+    QCOMPARE(
+        set(SubjectType::Users, {{{alice, QStringLiteral("acl")}, 3}, {{alice, QStringLiteral("mac")}, 2}}),
+        QString());
+    QCOMPARE(load(), QString());
+    const QByteArray both("nivra-subject-acl\x01nivra-subject-mac");
+    const int before = m_kernel->records(both);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool isAlice = ::setgroups(0, nullptr) == 0 && ::setgid(60001) == 0 && ::setuid(60002) == 0;
+        ::_exit(isAlice && ::setxattr("/etc/passwd", "user.test", "x", 1, 0) != 0 ? 0 : 1);
+    }
+    int status = -1;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QCOMPARE(status, 0);
+    QTRY_COMPARE(m_kernel->records(both), before + 1);
 }
 
 void KernelSubjectsTest::auditedUsersGroupsAndOthersAreRecordedAndNobodyElse()

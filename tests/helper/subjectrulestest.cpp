@@ -120,6 +120,8 @@ private Q_SLOTS:
     void groupsAreNeverRanges();
     void tooManyExceptedGroupsAreRefused();
     void theRulesRecordWhatTheSettingsSay();
+    void twinsAreBothRecorded();
+    void equalTwinsShareTheirRules();
     void everyArchitectureOfTheMachineHasRules_data();
     void everyArchitectureOfTheMachineHasRules();
     void anUnknownMachineIsRefused();
@@ -233,6 +235,69 @@ void SubjectRulesTest::theRulesRecordWhatTheSettingsSay()
                                          .arg(success)
                                          .arg(made.join(QLatin1Char('\n')))));
                 }
+            }
+        }
+    }
+}
+
+void SubjectRulesTest::equalTwinsShareTheirRules()
+{
+    OperationSettings groups;
+    for (quint32 id = 1; id <= 50; ++id) {
+        groups.groups.insert(id, 3);
+    }
+    const QString acl = QStringLiteral("acl");
+    const QString mac = QStringLiteral("mac");
+    const Result<QList<QByteArray>> made = SubjectRules::make({{acl, groups}, {mac, groups}}, machine);
+    QVERIFY2(made.ok(), qPrintable(made.error()));
+    QCOMPARE(made.value().size(), 100);
+    for (const QByteArray &rule : made.value()) {
+        QVERIFY2(rule.endsWith(" -F key=nivra-subject-acl -F key=nivra-subject-mac"), rule.constData());
+    }
+    const Result<QList<QByteArray>> one = SubjectRules::make({{mac, groups}}, machine);
+    QVERIFY(one.ok() && one.value().size() == 100);
+    QVERIFY(!one.value().first().contains("acl"));
+}
+
+void SubjectRulesTest::twinsAreBothRecorded()
+{
+    QRandomGenerator random(20260102);
+    const auto some = [&random] {
+        OperationSettings settings;
+        settings.other = random.bounded(4);
+        for (int i = random.bounded(4); i > 0; --i) {
+            settings.users.insert(random.bounded(12u), 1 + random.bounded(3));
+        }
+        for (int i = random.bounded(3); i > 0; --i) {
+            settings.groups.insert(random.bounded(6u), 1 + random.bounded(3));
+        }
+        return settings;
+    };
+    for (int round = 0; round < 300; ++round) {
+        const OperationSettings acl = some();
+        const OperationSettings mac = some();
+        const Result<QList<QByteArray>> made = SubjectRules::make(
+            {{QStringLiteral("acl"), acl}, {QStringLiteral("mac"), mac}}, QStringLiteral("i686"));
+        QVERIFY2(made.ok(), qPrintable(made.error()));
+        for (quint32 user = 0; user < 14; ++user) {
+            const Process process{user, {random.bounded(7u), random.bounded(7u)}};
+            for (const bool success : {true, false}) {
+                QByteArrayList keys; // of the first rule that matches, as the kernel does it
+                for (const QByteArray &rule : made.value()) {
+                    const QByteArray calls(
+                        "-S setxattr,lsetxattr,fsetxattr,removexattr,lremovexattr,fremovexattr");
+                    const QByteArray fields = rule.mid(rule.indexOf(calls) + calls.size());
+                    const int end = fields.indexOf(" -F key=");
+                    if (isRecorded({QString::fromLatin1(fields.left(end))}, process, success)) {
+                        keys = QByteArray(fields.mid(end))
+                                   .replace(" -F key=nivra-subject-", " ")
+                                   .simplified()
+                                   .split(' ');
+                        break;
+                    }
+                }
+                QCOMPARE(keys.contains("acl"), isWanted(acl, process, success));
+                QCOMPARE(keys.contains("mac"), isWanted(mac, process, success));
             }
         }
     }
