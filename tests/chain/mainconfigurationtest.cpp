@@ -91,6 +91,10 @@ void MainConfigurationTest::aRecordIsLoggedInTheFormOfTheExample()
     QCOMPARE(logged.value(QStringLiteral("MSG")), sent.value(QStringLiteral("MSG")));
     QCOMPARE(logged.value(QStringLiteral("HOST")), sent.value(QStringLiteral("HOST")));
     QCOMPARE(logged.value(QStringLiteral("FACILITY")), sent.value(QStringLiteral("FACILITY")));
+    // The page shows the size of the log to people who may not read it.
+    const QFileInfo log(sandbox.below(QStringLiteral("vortan/log/nivra/events/events.log")));
+    QVERIFY(QFileInfo(log.path()).permission(QFile::ReadOther | QFile::ExeOther));
+    QVERIFY(QFileInfo(QFileInfo(log.path()).path()).permission(QFile::ReadOther | QFile::ExeOther));
     // Priority and time are those of the hand-over.
     QCOMPARE(logged.value(QStringLiteral("PRIORITY")).toString(), QStringLiteral("err"));
     const QString time = logged.value(QStringLiteral("ISODATE")).toString();
