@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "auditoperations.h"
 #include "auditruleform.h"
 #include "auditrulesloader.h"
 #include "kernelaudit.h"
+#include "subjectrules.h"
 #include "treesnapshot.h"
 
 #include <QDirIterator>
@@ -10,6 +12,8 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTest>
+
+#include <sys/utsname.h>
 
 using namespace AdminEventsHelper;
 using namespace std::chrono_literals;
@@ -23,6 +27,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
     void everyShippedRuleIsTaken();
+    void everyRuleForSubjectsIsTakenAndRecognised();
     void oddPathsAreTakenAndRecognised();
     void loadingGoesOnAfterEveryKindOfBadLine();
     void rulesInForceAreNotLoadedAgain();
@@ -87,6 +92,27 @@ void KernelRulesTest::everyShippedRuleIsTaken()
     }
     QCOMPARE(AuditRuleForm::missing(lines, m_kernel->rules()).size(), refused.size());
     QVERIFY(m_kernel->rules().size() > 40);
+}
+
+void KernelRulesTest::everyRuleForSubjectsIsTakenAndRecognised()
+{
+    SubjectSettings settings;
+    for (const QString &identifier : AuditOperations::identifiers()) {
+        settings.insert(identifier, {{{1000, 1}, {1001, 2}, {1002, 2}}, {{100, 3}}, 1});
+    }
+    utsname names = {};
+    QCOMPARE(::uname(&names), 0);
+    const Result<QList<QByteArray>> made = SubjectRules::make(settings, QString::fromLatin1(names.machine));
+    if (!made) {
+        QSKIP(qPrintable(made.error()));
+    }
+    QVERIFY(made.value().size() > 50);
+    putRules("nivra-syslog-subjects.rules", made.value().join('\n') + '\n');
+    const Outcome outcome = load();
+    QVERIFY2(outcome.ok(), qPrintable(outcome.error()));
+    const QList<QByteArray> missing = AuditRuleForm::missing(made.value(), m_kernel->rules());
+    QVERIFY2(missing.isEmpty(), missing.value(0).constData());
+    QCOMPARE(m_kernel->rules().size(), made.value().size());
 }
 
 void KernelRulesTest::oddPathsAreTakenAndRecognised()
