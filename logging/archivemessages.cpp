@@ -4,6 +4,7 @@
 #include "archivemessages.h"
 
 #include <KLocalizedString>
+#include <KShell>
 
 #include <QDir>
 #include <QMessageBox>
@@ -11,7 +12,7 @@
 namespace ArchiveMessages {
 QString absolutePath(const QString &path)
 {
-    return QDir::home().absoluteFilePath(path);
+    return QDir::home().absoluteFilePath(KShell::tildeExpand(path));
 }
 
 void showError(QWidget *parent, const QString &text)

@@ -9,7 +9,8 @@ class QWidget;
 
 /// What the pages for export and import have in common.
 namespace ArchiveMessages {
-/// A path typed without a directory lies in the home directory, not where the program happened to start.
+/// What a user typed: "~" stands for a home directory, and a relative path begins at the user's own, not
+/// where the program happened to start.
 [[nodiscard]] QString absolutePath(const QString &path);
 
 void showError(QWidget *parent, const QString &text);

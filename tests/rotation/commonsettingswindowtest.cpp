@@ -279,6 +279,20 @@ private Q_SLOTS:
         QCOMPARE(asked(), QString());
     }
 
+    void typedPathBeginsInTheHomeDirectory()
+    {
+        const QByteArray home = qgetenv("HOME");
+        qputenv("HOME", m_bus.root().toLocal8Bit());
+        const BoxAnswerer answerer;
+        for (const char *typed : {"relative.tar.gz", "~/tilde.tar.gz"}) {
+            show("exportTab");
+            fileLine("exportTab")->setText(QLatin1String(typed));
+            clickOk();
+        }
+        qputenv("HOME", home);
+        QCOMPARE(asked(), QStringLiteral("export relative.tar.gz\nexport tilde.tar.gz"));
+    }
+
     void typedNameOfAPresentFileIsAskedAbout()
     {
         write(archive("kept.tar.gz"), "old");

@@ -25,6 +25,7 @@
 #include <QStandardPaths>
 #include <QStorageInfo>
 #include <QTest>
+#include <QTextCodec>
 
 /// The page over the real helper, which writes into a root directory of the test's own.
 class LogRotationSettingsTest : public QObject
@@ -425,6 +426,22 @@ private Q_SLOTS:
         write("/a /b {\n\trotate 7\n\tcompress\n\tsize 9M\n}\n");
         QVERIFY(page->saveConfig());
         QCOMPARE(content(), QByteArray("/a /b {\n\tcompress\n\tsize 9M\n\trotate 5\n}\n"));
+    }
+
+    void nameBeyondTheLocaleIsNotSpoiled()
+    {
+        const QByteArray before("/журнал {\n\trotate 4\n}\n");
+        const auto page = this->page(before);
+        number(*page)->setValue(5);
+        QTextCodec *locale = QTextCodec::codecForLocale();
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+        const BoxAnswerer answerer;
+        const bool saved = page->saveConfig();
+        QTextCodec::setCodecForLocale(locale);
+        QVERIFY(!saved);
+        QCOMPARE(answerer.boxes().size(), 1);
+        QVERIFY(answerer.boxes().first().text.contains(QLatin1String("could not be read again")));
+        QCOMPARE(content(), before);
     }
 
     void refusedWriteIsToldAndKeepsTheEdit()
