@@ -5,6 +5,7 @@
 
 #include <commonsettingsparser.h>
 #include <commonwriter.h>
+#include <losscheck.h>
 #include <treeitem.h>
 
 #include <QDateTime>
@@ -53,7 +54,9 @@ void MainConfigurationTest::readingAndWritingChangesNoByte()
     const std::unique_ptr<TreeItem> root(CommonSettingsParser::parseText(QString::fromUtf8(shipped())));
     QVERIFY(root->childCount() >= 5);
     const QStringList statements = CommonWriter::statements(*root);
-    QCOMPARE(statements.join(QString()).toUtf8(), shipped());
+    QCOMPARE(CommonWriter::fileContent(statements), shipped());
+    QCOMPARE(LossCheck::lostByRewriting(shipped(), shipped()), QStringList());
+    QCOMPARE(LossCheck::notReadBack(*root), QStringList());
 }
 
 void MainConfigurationTest::itDefinesWhatThePageRefersTo()
