@@ -160,8 +160,8 @@ bool AdminEventsModule::save_p()
     }
     stopWatchConfigs();
     const SettingsFile present = presentSettings();
-    bool saved = checkAuditSettings() && mayReplace(present) && saveNotifications()
-        && writeEventSettings(present);
+    bool saved
+        = checkAuditSettings() && mayReplace(present) && saveNotifications() && writeEventSettings(present);
     if (saved) {
         if (m_watcher) {
             m_watcher->acknowledge(); // these changes are the page's own

@@ -21,6 +21,9 @@ public:
      */
     static Result<Accounts> below(const QString &root);
 
+    /** From here on, only who is listed is known: nobody is looked up by name, which may take long. */
+    void forgetUnlisted() { m_asksSystem = false; }
+
     std::optional<quint32> user(const QString &name) const;
     std::optional<quint32> group(const QString &name) const;
 

@@ -165,10 +165,13 @@ Result<QVariantMap> AuditSettingsStore::get(const AuditQuery &query) const
     if (settings.value().isEmpty()) {
         return reply;
     }
-    const Result<Accounts> accounts = Accounts::below(m_root);
-    if (!accounts) {
-        return accounts.outcome();
+    const Result<Accounts> listed = Accounts::below(m_root);
+    if (!listed) {
+        return listed.outcome();
     }
+    // Anybody may ask, for a great many names that do not exist.
+    Accounts accounts = listed.value();
+    accounts.forgetUnlisted();
     for (const QString &identifier : query.identifiers) {
         const auto operation = settings.value().constFind(identifier);
         if (operation == settings.value().cend()) {
@@ -179,7 +182,7 @@ Result<QVariantMap> AuditSettingsStore::get(const AuditQuery &query) const
             continue;
         }
         for (const QString &name : query.names) {
-            const std::optional<quint32> number = numberOf(accounts.value(), query.type, name);
+            const std::optional<quint32> number = numberOf(accounts, query.type, name);
             if (number && !name.contains(QLatin1Char('/'))) {
                 reply.insert(name + QLatin1Char('/') + identifier, operation->of(query.type).value(*number));
             }
