@@ -210,8 +210,8 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
     static const QJsonObject switchedOff{{QStringLiteral("fail"), QStringLiteral("0")},
                                          {QStringLiteral("succ"), QStringLiteral("0")}};
     const OverlayMarks &marks = origin.marks ? *origin.marks : noMarks;
-    if (!marks.records.isEmpty()) {
-        markWithParents(node); // the records themselves are dropped from these objects
+    if (!marks.named.isEmpty()) {
+        markWithParents(node); // records of what was named are no members of these objects
     }
     const QStringList &accounts = node->nativeName == QLatin1String("users") ? m_users : m_groups;
     node->reserve(accounts.size() + object.size());

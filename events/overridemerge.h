@@ -29,6 +29,7 @@ struct OverlayMarks
  * @param override the saved settings
  * @param marks receives what came from the override
  * @return the merged object, with one record "overlay%1" per member taken
- *         over, whose value is the member's name
+ *         over, whose value is the member's name; the "users" and "groups" of
+ *         audit identifiers, of which every member is an account, get none
  */
 [[nodiscard]] QJsonObject mergeNodes(QJsonObject base, const QJsonObject &override, OverlayMarks &marks);

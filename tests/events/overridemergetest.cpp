@@ -78,6 +78,30 @@ private Q_SLOTS:
         QTest::newRow("no switch in the description")
             << QByteArray(R"({"message-params": {}})") << QByteArray(R"({"a": "1"})")
             << QByteArray(R"({"a": "1", "message-params": {}, "overlay0": "a"})");
+        QTest::newRow("accounts get no records")
+            << QByteArray(R"({"message-audit-events": {"exec": {"other": {"succ": "0"},
+                              "users": {"root": {"succ": "0"}}}}})")
+            << QByteArray(R"({"message-audit-events": {"exec": {"other": {"succ": "1"}, "new": "1",
+                              "users": {"bin": {"succ": "1"}, "root": {"succ": "1"}}}}})")
+            << QByteArray(R"({"message-audit-events": {"exec": {"other": {"succ": "1", "overlay0": "succ"},
+                              "new": "1", "overlay0": "new", "users": {"bin": {"succ": "1"},
+                              "root": {"succ": "1", "overlay0": "succ"}}}}})");
+        QTest::newRow("members called users elsewhere get them")
+            << QByteArray(R"({"users": {}, "a": {"users": {}, "b": {"users": {}}},
+                              "message-audit-events": {"users": {}}})")
+            << QByteArray(R"({"users": {"c": "1"}, "a": {"users": {"c": "1"}, "b": {"users": {"c": "1"}}},
+                              "message-audit-events": {"users": {"c": "1"}}})")
+            << QByteArray(R"({"users": {"c": "1", "overlay0": "c"},
+                              "a": {"users": {"c": "1", "overlay0": "c"},
+                                    "b": {"users": {"c": "1", "overlay0": "c"}}},
+                              "message-audit-events": {"users": {"c": "1", "overlay0": "c"}}})");
+        QTest::newRow("an account called like an object that holds accounts")
+            << QByteArray(R"({"message-audit-events": {"exec": {"groups":
+                              {"message-audit-events": {"x": {"users": {}}}}}}})")
+            << QByteArray(R"({"message-audit-events": {"exec": {"groups":
+                              {"message-audit-events": {"x": {"users": {"c": "1"}}}}}}})")
+            << QByteArray(R"({"message-audit-events": {"exec": {"groups":
+                              {"message-audit-events": {"x": {"users": {"c": "1", "overlay0": "c"}}}}}}})");
     }
     void mergedObjectHoldsTheRecords()
     {
