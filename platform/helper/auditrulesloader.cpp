@@ -23,7 +23,7 @@ namespace {
 constexpr int sizeLimit = 64 * 1024 * 1024;
 constexpr int mostNamed = 20;
 constexpr int longestLine = 700; // path and key may have 256 bytes each
-constexpr std::chrono::milliseconds shortest{100};
+constexpr std::chrono::seconds shortest{1}; // for what is still to be asked when the time is over
 
 // Not from PATH: whoever activates the helper may have set that.
 QString systemProgram(const QString &name)
@@ -51,7 +51,7 @@ QList<QByteArray> rulesIn(const QByteArray &text)
 
 std::chrono::milliseconds left(const QDeadlineTimer &deadline)
 {
-    return std::max(shortest, std::chrono::milliseconds(deadline.remainingTime()));
+    return std::max<std::chrono::milliseconds>(shortest, std::chrono::milliseconds(deadline.remainingTime()));
 }
 
 Result<SafeDirectory> directoryBelow(const QString &root, const QStringList &names)

@@ -68,6 +68,9 @@ public:
                      : Outcome::failure(i18n("%1 was started, but ended at once: %2", unit, state.error()));
     }
 
+    /// Leaves a step out; those still to come have its time.
+    void skip(int weight) { m_left -= weight; }
+
     Outcome load(const AuditRulesLoader &loader) { return loader.load(share(loadingWeight)); }
 
 private:
@@ -140,11 +143,15 @@ Outcome ServiceControl::run(ServiceCommand command) const
         const CommandResult started = sequence.runLoading(verb(command), auditd);
         results.audit = started.outcome;
         stillLoads = started.timedOut;
+    } else {
+        sequence.skip(loadingWeight);
     }
     // The daemon loads the rules when it starts; two at once would delete each other's.
     if (m_rulesLoader && !stillLoads) {
         results.rules = sequence.load(*m_rulesLoader);
         results.loadedRules = results.rules.ok();
+    } else {
+        sequence.skip(loading);
     }
     results.logging = sequence.runToStay(verb(command), logger);
     return summary(command, results);
