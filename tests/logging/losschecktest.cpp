@@ -128,6 +128,16 @@ private Q_SLOTS:
         QCOMPARE(findings(written), QStringList());
     }
 
+    void shippedFilePassesWithoutAWord()
+    {
+        QFile file(QStringLiteral(SHIPPED_FILE));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray content = file.readAll();
+        QVERIFY(content.contains("nivra_json_dst"));
+        QCOMPARE(findings(content), QStringList());
+        QCOMPARE(findings(MainTree::written(*MainTree::read(content))), QStringList());
+    }
+
     void everyOtherSampleIsToldOf_data() { addSamples(false); }
     void everyOtherSampleIsToldOf()
     {
