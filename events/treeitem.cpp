@@ -157,7 +157,9 @@ void TreeItem::appendChildDestination(TreeItem *item)
 bool TreeItem::hasDestinationOtherThan(const QString &name) const
 {
     return std::any_of(m_children.begin(), m_children.end(), [&name](const TreeItem *child) {
-        return isBlock(child, destinationKeyword) && child->value(2).toString() != name;
+        const QString value = child->value(2).toString();
+        // A nested block may have destinations of its own.
+        return isBlock(child, destinationKeyword) ? value != name : value.contains(destinationKeyword);
     });
 }
 

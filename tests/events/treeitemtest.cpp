@@ -370,6 +370,18 @@ private Q_SLOTS:
         QCOMPARE(chain->child(1)->data(2).toString(), QStringLiteral("d2"));
     }
 
+    void logPathKeepsANestedBlockWithDestinations()
+    {
+        TreeItem root(row("Parameter", "Name", "Value"));
+        root.createDestChain(QStringLiteral("d1"));
+        append(root.child(0), row("channel", "", " destination(d2); "));
+
+        QVERIFY(root.deleteLogChild(QStringLiteral("d1")));
+        QCOMPARE(root.childCount(), 1);
+        QCOMPARE(root.child(0)->childCount(), 2);
+        QCOMPARE(root.child(0)->child(1)->data(0).toString(), QStringLiteral("channel"));
+    }
+
     void sourceOfTheSameNameIsNoDestination()
     {
         TreeItem root(row("Parameter", "Name", "Value"));
