@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QTest>
 
+#include <sys/stat.h>
+
 /** Reading and rewriting one group of a notification settings file. */
 class NotifyrcTextTest : public QObject
 {
@@ -150,11 +152,13 @@ void NotifyrcTextTest::leavesAFileThatCannotBeRead()
 {
     m_machine.reset();
     const QString path = m_machine.ownFile("first");
-    QVERIFY(QDir().mkpath(path)); // a directory in its place
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0); // a pipe in its place
     const NotifyrcFile file(path);
     QVERIFY2(file.readProblem().contains(path), qPrintable(file.readProblem()));
     QVERIFY(!file.replaceGroup(QStringLiteral("key"), content()).isEmpty());
-    QVERIFY(QFileInfo(path).isDir());
+    struct stat status = {};
+    QCOMPARE(::stat(QFile::encodeName(path).constData(), &status), 0);
+    QVERIFY(S_ISFIFO(status.st_mode));
 }
 
 void NotifyrcTextTest::keepsTheRightsOfTheFile()
