@@ -141,9 +141,10 @@ void DBusDialog::generateConfig()
 
     const QString failure = writeTypeConfig();
     if (!failure.isEmpty()) {
-        // Nothing of what was entered is lost: the dialog comes back with it.
         QMessageBox::critical(this, i18n("Error"), failure, QMessageBox::Ok);
-        show();
+        if (m_event) { // a reload meanwhile has taken it
+            show(); // with all that was entered
+        }
         return;
     }
     Q_EMIT configGenerated(fragment.messageId, lines);

@@ -138,9 +138,12 @@ private Q_SLOTS:
         QVERIFY2(text.contains(QLatin1String("refused")), qPrintable(text));
         QVERIFY2(text.contains(QString::number(KAuth::ActionReply::AuthorizationDeniedError)),
                  qPrintable(text));
+        QCOMPARE(service.errorCode(), int(KAuth::ActionReply::AuthorizationDeniedError));
         QVERIFY(service.getActionResults().isEmpty());
         QVERIFY(m_bus.setAllowed(true));
         QCOMPARE(calls(), before + 1);
+        QVERIFY(run(service, "/etc/x"));
+        QCOMPARE(service.errorCode(), 0);
     }
 
     void anActionThatTheHelperDoesNotKnowFailsWithAText()
