@@ -274,7 +274,7 @@ void DeliveryTest::exactlyTheMatchingRecordIsShown()
     QVERIFY(m_sandbox->send(record("first", "ivanov")));
     QVERIFY(m_sandbox->send(record("second", "other")));
     QVERIFY(settle());
-    QCOMPARE(m_server->shown.size(), 1);
+    QTRY_COMPARE(m_server->shown.size(), 1);
     QCOMPARE(m_server->shown.first().title, QStringLiteral("The \"title\" of first"));
     QCOMPARE(m_server->shown.first().text, QStringLiteral("ivanov pts/0"));
     const QString line = QString::fromUtf8(m_sandbox->contents(QStringLiteral("log file%20")));
@@ -300,6 +300,7 @@ void DeliveryTest::hostileValuesStayData()
     QVERIFY(settle());
     const QString expected = QString::fromUtf8(hostile) + QLatin1String("\"; touch ") + below("created")
         + QLatin1String("\n2026-01-01T00:00:00 forged: line pts/0");
+    QTRY_COMPARE(m_server->shown.size(), 1);
     QCOMPARE(m_server->shown.first().text, expected.toHtmlEscaped());
     QTRY_COMPARE(QString::fromUtf8(m_sandbox->contents(QStringLiteral("output"))), expected);
     const QByteArray log = m_sandbox->contents(QStringLiteral("log"));
@@ -326,7 +327,7 @@ void DeliveryTest::onlyAdministratorsAreTold()
     QVERIFY(startWatcher());
     QVERIFY(m_sandbox->send(record("first", "ivanov")));
     QVERIFY(settle());
-    QCOMPARE(m_server->shown.size(), isAdministrator ? 1 : 0);
+    QTRY_COMPARE(m_server->shown.size(), isAdministrator ? 1 : 0);
 }
 
 void DeliveryTest::theUserWhomTheRecordNamesIsTold()
@@ -342,7 +343,7 @@ void DeliveryTest::theUserWhomTheRecordNamesIsTold()
     QVERIFY(m_sandbox->send(record("first", "tester")));
     QVERIFY(m_sandbox->send(record("first", "other", "\"group_name\":\"testers\",")));
     QVERIFY(settle());
-    QCOMPARE(m_server->shown.size(), 2);
+    QTRY_COMPARE(m_server->shown.size(), 2);
     QCOMPARE(m_server->shown.at(0).text, QStringLiteral("tester pts/0"));
     QCOMPARE(m_server->shown.at(1).text, QStringLiteral("other pts/0"));
 }
@@ -374,16 +375,21 @@ void DeliveryTest::settingsAreReadAgainWhenTheyAreSaidToHaveChanged()
     QVERIFY(put("home/.config/nivra-event-watcher_samples.notifyrc", "[Event/first]\nAction=\n"));
     QVERIFY(m_sandbox->send(record("first", "before")));
     QVERIFY(settle());
-    QCOMPARE(m_server->shown.size(), 1);
+    QTRY_COMPARE(m_server->shown.size(), 1);
     QDBusMessage signal
         = QDBusMessage::createSignal(QStringLiteral("/Config"), QStringLiteral("org.kde.knotification"),
                                      QStringLiteral("reparseConfiguration"));
     signal << QStringLiteral("nivra-event-watcher_samples");
     QVERIFY(bus().send(signal));
-    m_server->shown.clear();
-    QVERIFY(m_sandbox->send(record("first", "after")));
-    QVERIFY(settle());
-    QCOMPARE(m_server->shown.size(), 0);
+    // The signal and the records come by different ways; few enough not to be held back as a flood.
+    bool isSilent = false;
+    for (int i = 0; i < 4 && !isSilent; ++i) {
+        m_server->shown.clear();
+        QVERIFY(m_sandbox->send(record("first", "after")));
+        QVERIFY(settle());
+        isSilent = m_server->shown.isEmpty();
+    }
+    QVERIFY(isSilent);
 }
 
 void DeliveryTest::theServiceWaitsForTheBus()
@@ -429,7 +435,7 @@ void DeliveryTest::aReloadChangesNothing()
     QVERIFY(m_sandbox->reload());
     QVERIFY(m_sandbox->send(record("first", "ivanov")));
     QVERIFY(settle());
-    QCOMPARE(m_server->shown.size(), 1);
+    QTRY_COMPARE(m_server->shown.size(), 1);
     QVERIFY(m_sandbox->isRunning());
 }
 
@@ -452,7 +458,7 @@ void DeliveryTest::onlyTheLoggingServiceIsBelieved()
     QVERIFY(bus().send(forged));
     QVERIFY(m_sandbox->send(record("first", "ivanov")));
     QVERIFY(settle());
-    QCOMPARE(m_server->shown.size(), 1);
+    QTRY_COMPARE(m_server->shown.size(), 1);
     QCOMPARE(m_server->shown.first().text, QStringLiteral("ivanov pts/0"));
 }
 
