@@ -10,6 +10,8 @@
 #include <QSocketNotifier>
 #include <QTimer>
 
+#include <array>
+
 #include <unistd.h>
 
 using namespace NivraRecorder;
@@ -37,13 +39,13 @@ public:
     /** Takes what there is on standard input; false at its end. */
     bool read()
     {
-        QByteArray bytes(chunk, Qt::Uninitialized);
-        const ssize_t count = ::read(STDIN_FILENO, bytes.data(), chunk);
+        std::array<char, chunk> bytes;
+        const ssize_t count = ::read(STDIN_FILENO, bytes.data(), bytes.size());
         if (count <= 0) {
             record(m_assembler.takeAll());
             return false;
         }
-        m_buffer += bytes.left(int(count));
+        m_buffer.append(bytes.data(), int(count));
         int begin = 0;
         for (int end = m_buffer.indexOf('\n'); end >= 0; end = m_buffer.indexOf('\n', begin)) {
             take(m_buffer.mid(begin, end - begin));
