@@ -226,7 +226,7 @@ void Scanner::scriptLine(const QString &text)
     if (text.trimmed() != simplified) {
         m_scan.losses.append(i18n("Line %1: blanks in “%2” would be altered.", QString::number(m_number),
                                   excerpt(simplified)));
-    } else if (m_hereDocument && !simplified.isEmpty()) {
+    } else if (m_hereDocument && text != QLatin1String("\t\t") + simplified) {
         m_scan.losses.append(i18n("Line %1: the indentation of “%2” would be altered.",
                                   QString::number(m_number), excerpt(simplified)));
     }

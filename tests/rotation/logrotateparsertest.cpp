@@ -266,6 +266,8 @@ private Q_SLOTS:
             << QStringLiteral("/a {\nprerotate\ncat <<X\n a\nX\nendscript\n}")
             << QStringList{QStringLiteral("Line 4: the indentation of “a” would be altered."),
                            QStringLiteral("Line 5: the indentation of “X” would be altered.")};
+        QTest::newRow("text for a command as it was written")
+            << "/a {\n\tprerotate\n\t\tcat <<X\n\t\ta\n\t\t\n\t\tX\n\tendscript\n}" << QStringList();
         QTest::newRow("around a script") << QStringLiteral("/a {\nprerotate now\nendscript # x\n}")
                                          << QStringList{QStringLiteral("Line 2: “now” would be lost."),
                                                         QStringLiteral("Line 3: “# x” would be lost.")};

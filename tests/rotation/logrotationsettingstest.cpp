@@ -347,6 +347,19 @@ private Q_SLOTS:
                  QByteArray("/a {\n\tprerotate\n\t\techo 'a b'\n\tendscript\n\tweekly\n\trotate 6\n}\n"));
     }
 
+    void textForACommandIsAskedAboutOnce()
+    {
+        const auto page = this->page("/a {\n\trotate 5\n\tprerotate\n\t\tcat <<X\na\nX\n\tendscript\n}\n");
+        number(*page)->setValue(6);
+        const LossAnswerer answerer(true);
+        QVERIFY(page->saveConfig());
+        QCOMPARE(answerer.lists().size(), 1);
+        number(*page)->setValue(7);
+        QVERIFY(page->saveConfig());
+        QCOMPARE(answerer.lists().size(), 1);
+        QVERIFY(content().contains("rotate 7"));
+    }
+
     void badFileDisablesThePageAndIsNotWritten_data()
     {
         QTest::addColumn<QByteArray>("file");
