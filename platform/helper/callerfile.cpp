@@ -144,9 +144,9 @@ void tell(int pipe, const Report &report)
     put(pipe, reinterpret_cast<const char *>(&report), sizeof report);
 }
 
-void writeFile(const Job &job, int file, Report &report)
+void writeFile(const QByteArray &bytes, int file, Report &report)
 {
-    if (::ftruncate(file, 0) != 0 || !put(file, job.bytes->constData(), size_t(job.bytes->size()))
+    if (::ftruncate(file, 0) != 0 || !put(file, bytes.constData(), size_t(bytes.size()))
         || ::fsync(file) != 0) {
         report = {Step::Write, errno, 0, 0};
         // Half an archive is of no use to anybody.
@@ -184,8 +184,9 @@ void sendFile(const Job &job, int file, int pipe)
     } else if (const int file = openFile(job, report); file >= 0) {
         if (job.bytes == nullptr) {
             sendFile(job, file, pipe);
+        } else {
+            writeFile(*job.bytes, file, report);
         }
-        writeFile(job, file, report);
     }
     tell(pipe, report);
     ::_exit(0);
