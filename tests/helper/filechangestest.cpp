@@ -118,13 +118,14 @@ Outcome FileChangesTest::changeAll(const QMap<QString, QByteArray> &files) const
 void FileChangesTest::putsEverythingBackWhenOneFileCannotBeReplaced()
 {
     if (::geteuid() != 0) {
-        QSKIP("only root may make a file immutable by its directory's attributes");
+        QSKIP("only root may make a file immutable");
     }
-    const QByteArray rules = QFile::encodeName(below(QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra.conf")));
+    const QByteArray immutable
+        = QFile::encodeName(below(QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra.conf")));
     const QMap<QString, QByteArray> before = TransferSample::contents(m_root->path());
-    // The sticky attribute "append only" lets a file be read and linked by nobody, nor replaced.
+    // An immutable file can be read, but neither linked nor replaced.
     QProcess attribute;
-    attribute.start(QStringLiteral("chattr"), {QStringLiteral("+i"), QFile::decodeName(rules)});
+    attribute.start(QStringLiteral("chattr"), {QStringLiteral("+i"), QFile::decodeName(immutable)});
     if (!attribute.waitForFinished() || attribute.exitCode() != 0) {
         QSKIP("the file system of the temporary directory has no immutable files");
     }
@@ -133,7 +134,7 @@ void FileChangesTest::putsEverythingBackWhenOneFileCannotBeReplaced()
                      {QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra.conf"), "log { };\n"},
                      {QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra-a_b_c.conf"), QByteArray()},
                      {QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra-new.conf"), sampleFragmentOf("new")}});
-    QProcess::execute(QStringLiteral("chattr"), {QStringLiteral("-i"), QFile::decodeName(rules)});
+    QProcess::execute(QStringLiteral("chattr"), {QStringLiteral("-i"), QFile::decodeName(immutable)});
     QVERIFY(!outcome.ok());
     QVERIFY2(outcome.error().contains(QLatin1String("mod-nivra.conf")), qPrintable(outcome.error()));
     QCOMPARE(TransferSample::contents(m_root->path()), before);
