@@ -72,11 +72,10 @@ void AdminEventsModule::showAuditState()
     if (m_auditKeeper->readError().isEmpty() || m_messageBar->isVisibleTo(this)) {
         return;
     }
-    m_messageBar->setMessageType(KMessageWidget::Warning);
-    m_messageBar->setText(i18n("Which users and groups are audited could not be read from the system, so the "
-                               "page shows what was saved with the events. %1",
-                               m_auditKeeper->readError()));
-    m_messageBar->show();
+    showMessage(KMessageWidget::Warning,
+                i18n("Which users and groups are audited could not be read from the system, so the "
+                     "page shows what was saved with the events. %1",
+                     m_auditKeeper->readError()));
 }
 
 bool AdminEventsModule::checkAuditSettings()

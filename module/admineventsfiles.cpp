@@ -71,8 +71,7 @@ void AdminEventsModule::directoriesAccepted(const QList<QVariant> &data)
 
 void AdminEventsModule::showGone(const NodeAddress &address)
 {
-    m_messageBar->setMessageType(KMessageWidget::Warning);
-    m_messageBar->setText(i18n("The event “%1” does not have this parameter any more. Nothing was changed.",
-                               address.eventId()));
-    m_messageBar->show();
+    showMessage(KMessageWidget::Warning,
+                i18n("The event “%1” does not have this parameter any more. Nothing was changed.",
+                     address.eventId()));
 }

@@ -143,11 +143,9 @@ void AdminEventsModule::showSettingsFileState(const SettingsFile &settings)
     const bool damaged
         = settings.state == SettingsFile::Malformed || settings.state == SettingsFile::Unreadable;
     if (damaged) {
-        m_messageBar->setMessageType(KMessageWidget::Warning);
-        m_messageBar->setText(
-            i18n("The saved event settings could not be read, so the page shows the defaults. %1",
-                 settings.reason));
-        m_messageBar->show();
+        showMessage(KMessageWidget::Warning,
+                    i18n("The saved event settings could not be read, so the page shows the defaults. %1",
+                         settings.reason));
     } else {
         m_messageBar->hide();
     }
@@ -266,11 +264,10 @@ void AdminEventsModule::configsChanged(const QString &path)
         return; // it already says something worse of that file
     }
     const QString happened = i18n("%1 was changed by another program or page.", path);
-    m_messageBar->setMessageType(dropsEdits ? KMessageWidget::Warning : KMessageWidget::Information);
-    m_messageBar->setText(
-        dropsEdits ? i18n("%1 The page was loaded again; changes that were not saved are gone.", happened)
-                   : i18n("%1 The page was loaded again.", happened));
-    m_messageBar->show();
+    showMessage(dropsEdits ? KMessageWidget::Warning : KMessageWidget::Information,
+                dropsEdits
+                    ? i18n("%1 The page was loaded again; changes that were not saved are gone.", happened)
+                    : i18n("%1 The page was loaded again.", happened));
 }
 
 void AdminEventsModule::dataChanged()

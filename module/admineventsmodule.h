@@ -11,6 +11,8 @@
 #include <notificationstore.h>
 #include <settingsfile.h>
 
+#include <KMessageWidget>
+
 #include <memory>
 
 class AuditDialog;
@@ -28,7 +30,6 @@ class EventFinder;
 class EventTreeItem;
 class EventsProxyModel;
 class FilesDialog;
-class KMessageWidget;
 class LoggingService;
 class QMenu;
 class QModelIndex;
@@ -117,6 +118,8 @@ private:
     void createView();
     void createSearch();
     void createMessageBar();
+    /// Shows a text in the page's message bar, in the place of what it said before.
+    void showMessage(KMessageWidget::MessageType type, const QString &text);
     void expandSeView() const;
 
     // Working with events

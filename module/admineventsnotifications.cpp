@@ -236,11 +236,10 @@ void AdminEventsModule::settleNotifications()
     const QStringList switchedOff
         = NotificationConflicts::settle(*m_workingModel->rootItem(), m_notifications);
     if (!switchedOff.isEmpty() && m_messageBar->isHidden()) {
-        m_messageBar->setMessageType(KMessageWidget::Information);
-        m_messageBar->setText(i18n("These events share their notification with another event and are shown "
-                                   "without: %1.",
-                                   switchedOff.join(QLatin1String(", ")).toHtmlEscaped()));
-        m_messageBar->show();
+        showMessage(KMessageWidget::Information,
+                    i18n("These events share their notification with another event and are shown "
+                         "without: %1.",
+                         switchedOff.join(QLatin1String(", "))));
     }
 }
 

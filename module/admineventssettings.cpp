@@ -29,9 +29,8 @@ void AdminEventsModule::configurationImported()
     stateWidget()->resetState();
     Q_EMIT changed(false);
     if (dropsEdits && !m_messageBar->isVisible()) {
-        m_messageBar->setMessageType(KMessageWidget::Information);
-        m_messageBar->setText(
+        showMessage(
+            KMessageWidget::Information,
             i18n("The page shows the imported event settings; changes that were not saved are gone."));
-        m_messageBar->show();
     }
 }

@@ -12,6 +12,7 @@
 #include <eventitemdelegate.h>
 #include <eventsproxymodel.h>
 #include <loggingservice.h>
+#include <plainmessage.h>
 #include <snghandler.h>
 #include <tooltipper.h>
 
@@ -29,6 +30,11 @@ void AdminEventsModule::createMessageBar()
     m_messageBar->setCloseButtonVisible(true);
     m_messageBar->hide();
     m_ui->verticalLayout_2->insertWidget(0, m_messageBar);
+}
+
+void AdminEventsModule::showMessage(KMessageWidget::MessageType type, const QString &text)
+{
+    PlainMessage::show(m_messageBar, type, text.split(QLatin1Char('\n')));
 }
 
 void AdminEventsModule::createView()
@@ -55,9 +61,7 @@ void AdminEventsModule::createView()
     auto *delegate = new EventItemDelegate(m_dictionary, view);
     view->setItemDelegate(delegate);
     connect(delegate, &EventItemDelegate::valueRejected, this, [this](const QString &reason) {
-        m_messageBar->setMessageType(KMessageWidget::Warning);
-        m_messageBar->setText(reason);
-        m_messageBar->show();
+        showMessage(KMessageWidget::Warning, reason);
         m_valueRejected = true;
     });
 
