@@ -81,8 +81,8 @@ void AdminEventsModule::createSearch()
     m_ui->searchLayout->addWidget(m_finder);
     m_ui->searchLayout->addStretch();
 
-    auto *find = new QShortcut(QKeySequence(QKeySequence::Find), this, nullptr, nullptr,
-                               Qt::WidgetWithChildrenShortcut);
+    // Of the whole window: right after the page was opened the focus is still the shell's.
+    auto *find = new QShortcut(QKeySequence(QKeySequence::Find), this, nullptr, nullptr, Qt::WindowShortcut);
     connect(find, &QShortcut::activated, m_finder, &EventFinder::focusSearch);
     // A shell may have the key for itself as well.
     connect(find, &QShortcut::activatedAmbiguously, m_finder, &EventFinder::focusSearch);

@@ -473,7 +473,9 @@ private Q_SLOTS:
                 dialog->reject();
                 return;
             }
-            dialog->selectFile(mode == QFileDialog::AcceptSave ? archive("fresh") : archive("chosen.tar.gz"));
+            // Typed: a file that the dialog has not listed yet cannot be selected.
+            auto *line = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+            line->setText(mode == QFileDialog::AcceptSave ? archive("fresh") : archive("chosen.tar.gz"));
             QMetaObject::invokeMethod(dialog, "accept");
         });
         timer.start(20);

@@ -142,7 +142,9 @@ private Q_SLOTS:
             = translation.globalMatch(all, all.indexOf(QLatin1String("\n\n")));
         while (matches.hasNext()) {
             const QString text = matches.next().captured(1);
-            QVERIFY2(text.contains(cyrillic), qPrintable(text));
+            static const QRegularExpression latin(QStringLiteral("[a-zA-Z]"));
+            const bool hasWords = text.contains(cyrillic) || text.contains(latin); // "%1 %" has none
+            QVERIFY2(!hasWords || text.contains(cyrillic), qPrintable(text));
             ++count;
         }
         QVERIFY(count > 100);
