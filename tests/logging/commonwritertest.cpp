@@ -172,8 +172,8 @@ private Q_SLOTS:
             TreeItem *block = addBlock(*root, "log", i % 3 == 0 ? "if" : "n");
             QString expected = QLatin1String("log ") + block->data(1).toString() + QLatin1String(" {\n");
             for (int parameter = random.bounded(4); parameter > 0; --parameter) {
-                const QString name = words.at(random.bounded(words.size()));
-                const QString value = words.at(random.bounded(words.size()));
+                const QString &name = words.at(random.bounded(words.size()));
+                const QString &value = words.at(random.bounded(words.size()));
                 add(*block, name, QVariant(), value);
                 expected += QLatin1String("    ") + name;
                 expected += writer.findItemIf(expected) ? QLatin1Char('{') + value + QLatin1String("};\n")
