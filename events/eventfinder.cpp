@@ -12,6 +12,7 @@
 
 #include <QAction>
 #include <QKeyEvent>
+#include <QToolTip>
 #include <QTreeView>
 
 EventFinder::EventFinder(QTreeView *view, CheckableTreeModel *model, EventsProxyModel *proxy, QWidget *parent)
@@ -59,6 +60,7 @@ void EventFinder::createSearchFilter()
 
 void EventFinder::searchEvent(const QString &text) const
 {
+    QToolTip::hideText(); // it may speak of a row that goes
     m_proxy->setFilterQuery(text);
     showResult(text);
 }

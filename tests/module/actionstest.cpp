@@ -41,6 +41,7 @@ private Q_SLOTS:
     void arrowKeysSelectAsAClickDoes();
     void enterPressesTheFocusedButtonOnly();
     void aDoubleClickBesideTheValueOpensNothing();
+    void aResetTakesTheIconOfTheCatalogBack();
 
 private:
     void addEvent(const QString &id, const QJsonObject &members);
@@ -411,19 +412,42 @@ void ActionsTest::enterPressesTheFocusedButtonOnly()
 
 void ActionsTest::aDoubleClickBesideTheValueOpensNothing()
 {
+    const QString id = QStringLiteral("modifying-file");
+    addEvent(id,
+             {{QStringLiteral("message-audit-rules"), QStringLiteral("-w /etc/hosts -p wa -k /etc/hosts")}});
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    QTreeView *view = PageFixture::view(*page);
-    view->expandAll();
-    const QModelIndex name = shown(*page, QStringLiteral("watch"),
-                                   {QStringLiteral("filter-values"), QStringLiteral(".auditd.key")});
+    PageFixture::view(*page)->expandAll();
+    const QModelIndex name
+        = shown(*page, id, {QStringLiteral("filter-values"), QStringLiteral(".auditd.key")});
     QVERIFY(name.isValid());
+    const auto openDialogs = [&page] {
+        int open = 0;
+        for (const QDialog *dialog : page->findChildren<QDialog *>()) {
+            open += dialog->isVisible() ? 1 : 0;
+        }
+        return open;
+    };
     for (const int column : {0, 2}) {
         page->editEvent(name.siblingAtColumn(column));
-        for (const QDialog *dialog : page->findChildren<QDialog *>()) {
-            QVERIFY(!dialog->isVisible());
-        }
+        QCOMPARE(openDialogs(), 0);
     }
+    page->editEvent(name.siblingAtColumn(1)); // the value opens one
+    QCOMPARE(openDialogs(), 1);
+}
+
+void ActionsTest::aResetTakesTheIconOfTheCatalogBack()
+{
+    addEvent(QStringLiteral("heavy"), {{QStringLiteral("generates-load"), QStringLiteral("1")}});
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    EventTreeItem *heavy = m_machine.node(page->workingModel(), QStringLiteral("heavy"));
+    QVERIFY(heavy->generatesLoad);
+    m_machine.type(*page, QStringLiteral("heavy"), {QStringLiteral("generates-load")}, QStringLiteral("0"));
+    heavy->generatesLoad = false; // as after a load of that edit
+    page->resetEvent(heavy);
+    QVERIFY(heavy->generatesLoad);
+    QCOMPARE(heavy->member(QLatin1String("generates-load"))->data(1).toString(), QStringLiteral("1"));
 }
 
 QTEST_MAIN(ActionsTest)

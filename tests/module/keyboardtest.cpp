@@ -9,8 +9,11 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
+#include <QToolTip>
 #include <QTreeView>
+#include <QVBoxLayout>
 
 /// The page without a mouse.
 class KeyboardTest : public QObject
@@ -24,6 +27,8 @@ private Q_SLOTS:
     void everyControlHasAName();
     void focusIsVisible();
     void theFindKeyFocusesTheSearchAndEscapeClearsIt();
+    void aSearchTakesAwayTheToolTipOfARowThatGoes();
+    void theFindKeyWorksFromOutsideThePage();
     void aSearchIsWalkedAndAnEventCheckedByKeys();
 
 private:
@@ -151,6 +156,38 @@ void KeyboardTest::theFindKeyFocusesTheSearchAndEscapeClearsIt()
     QTest::keyClick(field, Qt::Key_Escape);
     QVERIFY(field->text().isEmpty());
     QCOMPARE(view->model()->rowCount(), 3);
+}
+
+void KeyboardTest::aSearchTakesAwayTheToolTipOfARowThatGoes()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QTreeView *view = PageFixture::view(*page);
+    QToolTip::showText(view->mapToGlobal(view->rect().center()), QStringLiteral("of a row"), view);
+    QVERIFY(QToolTip::isVisible());
+    QTest::keyClick(page->findChild<QLineEdit *>(QStringLiteral("eventSearch")), Qt::Key_W);
+    constexpr int soon = 2000; // unsought it stays up for ten seconds
+    QTRY_VERIFY_WITH_TIMEOUT(!QToolTip::isVisible(), soon);
+}
+
+void KeyboardTest::theFindKeyWorksFromOutsideThePage()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QWidget window; // the shell's, with a control of its own
+    auto *layout = new QVBoxLayout(&window);
+    auto *shell = new QPushButton(&window);
+    layout->addWidget(shell);
+    layout->addWidget(page.get());
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    shell->setFocus();
+    QTRY_VERIFY(shell->hasFocus());
+    QTest::keyClick(shell, Qt::Key_F, Qt::ControlModifier);
+    const bool found = page->findChild<QLineEdit *>(QStringLiteral("eventSearch"))->hasFocus();
+    page->setParent(nullptr); // this test owns it, not the window
+    QVERIFY(found);
 }
 
 void KeyboardTest::aSearchIsWalkedAndAnEventCheckedByKeys()
