@@ -49,13 +49,6 @@ bool copyTree(const QString &from, const QString &to)
 }
 } // namespace
 
-bool writeJson(const QString &path, const QJsonObject &object)
-{
-    QFile file(path);
-    const QByteArray content = QJsonDocument(object).toJson();
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
 void Site::select() const
 {
     qputenv("ADMINEVENTS_ROOT", QFile::encodeName(m_root.path()));

@@ -9,9 +9,6 @@
 #include <QTemporaryDir>
 #include <QVector>
 
-/// Writes @p object to the file @p path; false when that fails.
-[[nodiscard]] bool writeJson(const QString &path, const QJsonObject &object);
-
 /**
  * A private system root with a catalog, the node dictionary and saved
  * settings. select() makes it the root that the module reads.

@@ -3,9 +3,9 @@
 
 #include "sitemaker.h"
 
-#include "site.h"
-
 #include <QDir>
+#include <QFile>
+#include <QJsonDocument>
 
 #include <array>
 
@@ -40,6 +40,13 @@ Accounts Accounts::ofSystem(int subjects)
         }
     }
     return accounts;
+}
+
+bool writeJson(const QString &path, const QJsonObject &object)
+{
+    QFile file(path);
+    const QByteArray content = QJsonDocument(object).toJson();
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 SiteMaker::SiteMaker(quint32 seed)

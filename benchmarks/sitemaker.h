@@ -7,6 +7,9 @@
 #include <QRandomGenerator>
 #include <QStringList>
 
+/// Writes @p object to the file @p path; false when that fails.
+[[nodiscard]] bool writeJson(const QString &path, const QJsonObject &object);
+
 /// How large a site is.
 struct SiteSize
 {

@@ -12,6 +12,7 @@
 #include <dbusdialog.h>
 #include <dbuskeeper.h>
 #include <eventlookup.h>
+#include <eventmessage.h>
 #include <eventsproxymodel.h>
 #include <eventtreeitem.h>
 #include <guiutils.h>
@@ -43,7 +44,7 @@ void AdminEventsModule::createDbusDialog()
 
 void AdminEventsModule::addNotificationActions(QMenu *menu, const EventTreeItem &event)
 {
-    if (event.notRedirected || NotificationConflicts::messageId(event).isEmpty()) {
+    if (event.notRedirected || EventMessage::id(event).isEmpty()) {
         return;
     }
     // The page may load its trees anew while the menu is open.
@@ -72,7 +73,7 @@ QString AdminEventsModule::getSelectedMessageId() const
     const QModelIndexList selected = m_ui->singleEventsView->selectionModel()->selectedIndexes();
     const EventTreeItem *event
         = selected.isEmpty() ? nullptr : EventLookup::enclosingEvent(itemAt(selected.first()));
-    return event ? NotificationConflicts::messageId(*event) : QString();
+    return event ? EventMessage::id(*event) : QString();
 }
 
 void AdminEventsModule::setNotificationState(const EventTreeItem &item, int state)
@@ -84,7 +85,7 @@ void AdminEventsModule::setNotificationState(const EventTreeItem &item, int stat
 
 void AdminEventsModule::switchDbus(EventTreeItem *item, bool on)
 {
-    const QString messageId = NotificationConflicts::messageId(*item);
+    const QString messageId = EventMessage::id(*item);
     if (!on) {
         m_notifications.drop(messageId);
         if (m_dbusDialog->event() == item) {
@@ -93,8 +94,7 @@ void AdminEventsModule::switchDbus(EventTreeItem *item, bool on)
         setNotificationState(*item, EventTreeItem::NotificationOff);
         return;
     }
-    const QString problem
-        = NotificationCheck::eventProblem(messageId, NotificationConflicts::messageType(*item));
+    const QString problem = NotificationCheck::eventProblem(messageId, EventMessage::type(*item));
     if (!problem.isEmpty()) {
         showError(problem);
         return;
@@ -103,7 +103,7 @@ void AdminEventsModule::switchDbus(EventTreeItem *item, bool on)
         showError(i18n("The events “%1” and “%2” share one notification, because their message identifiers "
                        "“%3” and “%4” differ too little. Disable the notifications of the other event first.",
                        item->data(0).toString(), rival->data(0).toString(), messageId,
-                       NotificationConflicts::messageId(*rival)));
+                       EventMessage::id(*rival)));
         return;
     }
     setNotificationOn(item->nativeName, {}, {}, NotificationsDialogType::New);
@@ -111,7 +111,7 @@ void AdminEventsModule::switchDbus(EventTreeItem *item, bool on)
 
 void AdminEventsModule::notificationSettings(EventTreeItem *item)
 {
-    const QString messageId = NotificationConflicts::messageId(*item);
+    const QString messageId = EventMessage::id(*item);
     const QStringList lines = m_notifications.lines(messageId);
     if (lines.isEmpty()) {
         showError(i18n("The notification file %1 cannot be read or is empty.",
@@ -142,7 +142,7 @@ void AdminEventsModule::setNotificationOn(const QString &eventId, const QString 
     if (!isNotificationDialogFree()) {
         return;
     }
-    const QString key = NotificationName::key(NotificationConflicts::messageId(*event));
+    const QString key = NotificationName::key(EventMessage::id(*event));
     const QString fileName = NotificationsDictionary::Instance()->fileName(key);
     const QString unreadable = NotifyrcFile(NotificationsDictionary::ownFile(fileName)).readProblem();
     if (!fileName.isEmpty() && !unreadable.isEmpty()) {
@@ -176,7 +176,7 @@ void AdminEventsModule::notificationRejected()
 {
     const EventTreeItem *event = m_dbusDialog->event();
     if (event && m_dbusDialog->dialogType() == NotificationsDialogType::New
-        && !m_notifications.isPending(NotificationConflicts::messageId(*event))) {
+        && !m_notifications.isPending(EventMessage::id(*event))) {
         setNotificationState(*event, EventTreeItem::NotificationOff);
     }
 }
@@ -206,7 +206,7 @@ void AdminEventsModule::notificationSettingsFromViewer(const QString &second, co
     // The viewer names an event by its identifiers or its name.
     const QList<EventTreeItem *> events = EventLookup::eventsById(*m_workingModel->rootItem()).values();
     for (EventTreeItem *event : events) {
-        const QString messageId = NotificationConflicts::messageId(*event);
+        const QString messageId = EventMessage::id(*event);
         const QStringList names{event->nativeName, event->localizedName, messageId};
         if (!names.contains(first) && !names.contains(second)) {
             continue;

@@ -3,8 +3,8 @@
 #include "dbusdialog.h"
 
 #include "checkboxparam.h"
+#include "eventmessage.h"
 #include "fragmentoptions.h"
-#include "notificationconflicts.h"
 #include "notificationfragment.h"
 #include "notificationname.h"
 #include "notificationsdictionary.h"
@@ -95,7 +95,7 @@ void DBusDialog::setParams(const QString &notifyKey, const QString &notifyrcPath
 
 bool DBusDialog::takeKey(const EventTreeItem &event)
 {
-    const QString messageId = NotificationConflicts::messageId(event);
+    const QString messageId = EventMessage::id(event);
     if (messageId.isEmpty()) {
         return true;
     }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "dbusdialog.h"
+#include "eventmessage.h"
 #include "notificationcheck.h"
-#include "notificationconflicts.h"
 #include "notificationfragment.h"
 #include "notificationname.h"
 #include "notificationsdictionary.h"
@@ -38,12 +38,12 @@ QString DBusDialog::problem() const
     if (!m_event) {
         return {};
     }
-    QStringList problems{NotificationCheck::eventProblem(NotificationConflicts::messageId(*m_event),
-                                                         NotificationConflicts::messageType(*m_event)),
-                         NotificationCheck::titleProblem(m_ui->titleLineEdit->text()),
-                         NotificationCheck::settingProblem(i18n("Sound file"), m_ui->soundEdit->text()),
-                         NotificationCheck::settingProblem(i18n("Log file"), m_ui->logFileEdit->text()),
-                         NotificationCheck::settingProblem(i18n("Command"), m_ui->executeEdit->text())};
+    QStringList problems{
+        NotificationCheck::eventProblem(EventMessage::id(*m_event), EventMessage::type(*m_event)),
+        NotificationCheck::titleProblem(m_ui->titleLineEdit->text()),
+        NotificationCheck::settingProblem(i18n("Sound file"), m_ui->soundEdit->text()),
+        NotificationCheck::settingProblem(i18n("Log file"), m_ui->logFileEdit->text()),
+        NotificationCheck::settingProblem(i18n("Command"), m_ui->executeEdit->text())};
     const QStringList parameters = checkedParameters();
     for (const QString &parameter : parameters) {
         problems << NotificationCheck::parameterProblem(parameter);
@@ -127,8 +127,8 @@ void DBusDialog::generateConfig()
 {
     NotificationFragment fragment;
     if (m_event) {
-        fragment.messageId = NotificationConflicts::messageId(*m_event);
-        fragment.messageType = NotificationConflicts::messageType(*m_event);
+        fragment.messageId = EventMessage::id(*m_event);
+        fragment.messageType = EventMessage::type(*m_event);
     }
     if (fragment.messageId.isEmpty() || fragment.messageType.isEmpty()) {
         return;

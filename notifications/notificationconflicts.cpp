@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "notificationconflicts.h"
 
+#include "eventmessage.h"
 #include "notificationname.h"
 #include "notificationstore.h"
 
@@ -10,34 +11,15 @@
 
 #include <QMultiHash>
 
-namespace {
-QString valueOf(const EventTreeItem *parameter)
-{
-    return parameter ? parameter->data(1).toString() : QString();
-}
-} // namespace
-
-QString NotificationConflicts::messageId(const EventTreeItem &event)
-{
-    return valueOf(EventLookup::findMessageParameter(event, QStringLiteral("message_id")));
-}
-
-QString NotificationConflicts::messageType(const EventTreeItem &event)
-{
-    const QString name = QStringLiteral("message-type");
-    const EventTreeItem *own = event.findChildTopLevelByNativeName(name);
-    return valueOf(own ? own : EventLookup::findParameter(event, name));
-}
-
 const EventTreeItem *NotificationConflicts::rivalOf(const EventTreeItem &root, const EventTreeItem &event)
 {
-    const QString id = messageId(event);
+    const QString id = EventMessage::id(event);
     const QList<EventTreeItem *> events = EventLookup::eventsById(root).values();
     for (const EventTreeItem *other : events) {
         if (other == &event || !other->isNotificationOn()) {
             continue;
         }
-        const QString otherId = messageId(*other);
+        const QString otherId = EventMessage::id(*other);
         if (NotificationName::canonical(otherId) == NotificationName::canonical(id)
             || NotificationName::key(otherId) == NotificationName::key(id)) {
             return other;
@@ -52,7 +34,7 @@ QStringList NotificationConflicts::settle(const EventTreeItem &root, const Notif
     const QHash<QString, EventTreeItem *> events = EventLookup::eventsById(root);
     for (EventTreeItem *event : events) {
         if (event->isNotificationOn()) {
-            sharing.insert(NotificationName::canonical(messageId(*event)), event);
+            sharing.insert(NotificationName::canonical(EventMessage::id(*event)), event);
         }
     }
     QStringList switchedOff;
@@ -62,12 +44,12 @@ QStringList NotificationConflicts::settle(const EventTreeItem &root, const Notif
         const QString owner = store.owner(key);
         const bool ownerIsHere
             = std::any_of(rivals.begin(), rivals.end(),
-                          [&owner](const EventTreeItem *event) { return messageId(*event) == owner; });
+                          [&owner](const EventTreeItem *event) { return EventMessage::id(*event) == owner; });
         if (rivals.size() < 2 || !ownerIsHere) {
             continue;
         }
         for (EventTreeItem *event : rivals) {
-            if (messageId(*event) != owner) {
+            if (EventMessage::id(*event) != owner) {
                 event->notificationState = EventTreeItem::NotificationOff;
                 switchedOff << event->data(0).toString();
             }

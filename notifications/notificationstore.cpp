@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "notificationstore.h"
 
+#include "eventmessage.h"
 #include "notificationcheck.h"
-#include "notificationconflicts.h"
 #include "notificationname.h"
 
 #include <eventlookup.h>
@@ -92,7 +92,7 @@ QMap<QString, QString> NotificationStore::toWrite(const EventTreeItem &root) con
     QMap<QString, QString> texts;
     const QList<EventTreeItem *> events = EventLookup::eventsById(root).values();
     for (const EventTreeItem *event : events) {
-        const QString id = NotificationConflicts::messageId(*event);
+        const QString id = EventMessage::id(*event);
         if (!id.isEmpty() && event->isNotificationOn() && isPending(id)) {
             const QStringList lines = m_pending.value(NotificationName::canonical(id));
             texts.insert(NotificationName::fragmentPath(id),
@@ -108,7 +108,7 @@ QStringList NotificationStore::toRemove(const EventTreeItem &root) const
     QSet<QString> on;
     const QList<EventTreeItem *> events = EventLookup::eventsById(root).values();
     for (const EventTreeItem *event : events) {
-        const QString id = NotificationName::canonical(NotificationConflicts::messageId(*event));
+        const QString id = NotificationName::canonical(EventMessage::id(*event));
         (event->isNotificationOn() ? on : off).insert(id);
     }
     QStringList paths;

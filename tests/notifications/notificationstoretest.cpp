@@ -3,6 +3,7 @@
 #include "notificationfixture.h"
 
 #include <dbuskeeper.h>
+#include <eventmessage.h>
 #include <eventtreeitem.h>
 #include <notificationconflicts.h>
 #include <notificationsdictionary.h>
@@ -231,7 +232,7 @@ void NotificationStoreTest::knowsRivals()
     // Two events of one name are found as one of them.
     QCOMPARE(rival != nullptr, isRival);
     if (rival) {
-        QCOMPARE(NotificationConflicts::messageId(*rival), other);
+        QCOMPARE(EventMessage::id(*rival), other);
     }
     root->eventChild(0)->eventChild(2)->notificationState = off;
     QCOMPARE(NotificationConflicts::rivalOf(*root, *root->eventChild(0)->eventChild(0)), nullptr);
