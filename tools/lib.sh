@@ -114,13 +114,14 @@ make_locale() {
     [ -e "$1/$2.UTF-8/LC_CTYPE" ] || die "the locale $2.UTF-8 could not be made in $1"
 }
 
-# Builds what a sandbox needs, without tests and benchmarks. $1: build folder.
+# Builds what a sandbox needs, without tests and benchmarks. $1: build folder, rest: options that say otherwise.
 build_page() {
     local build=$1 log=$1/run-build.log
+    shift
     say "Building in $build"
     mkdir -p "$build" || exit 1
     if ! { cmake -S "$source_dir" --preset release -B "$build" -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF \
-        -DADMINEVENTS_BENCHMARKS=OFF && cmake --build "$build"; } >"$log" 2>&1; then
+        -DADMINEVENTS_BENCHMARKS=OFF "$@" && cmake --build "$build"; } >"$log" 2>&1; then
         tail -n 40 "$log" >&2
         die "the build failed; all of it is in $log"
     fi
