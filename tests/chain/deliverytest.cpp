@@ -19,7 +19,6 @@
 #include <QTest>
 
 #include <memory>
-#include <unistd.h>
 
 namespace {
 
@@ -75,7 +74,6 @@ private:
     }
     bool startBus();
     bool startWatcher();
-    bool stageUser(bool isAdministrator);
     bool putFragment(const QByteArray &id, const QByteArray &user, const QByteArray &group)
     {
         return m_sandbox->write(QLatin1String("etc/syslog-ng/conf.d/mod-nivra-") + QLatin1String(id)
@@ -148,25 +146,6 @@ bool DeliveryTest::startWatcher()
             return !names.filter(QLatin1String(watcherPrefix)).isEmpty();
         },
         15000);
-}
-
-/** Has the logging service see a user database of the test's own; false where the means for that are missing.
- */
-bool DeliveryTest::stageUser(bool isAdministrator)
-{
-    const QString library = QStringLiteral("/usr/lib/x86_64-linux-gnu/libnss_wrapper.so");
-    if (!QFile::exists(library)) {
-        return false;
-    }
-    const QByteArray id = QByteArray::number(::getuid());
-    put("passwd", "tester:x:" + id + ":4242:Tester:/:/bin/sh\nother:x:4243:4243:Other:/:/bin/sh\n");
-    put("group",
-        QByteArray("testers:x:4242:\nnivra-admin:x:4244:") + (isAdministrator ? "other,tester" : "other")
-            + "\n");
-    m_sandbox->setVariable(QStringLiteral("LD_PRELOAD"), library);
-    m_sandbox->setVariable(QStringLiteral("NSS_WRAPPER_PASSWD"), below("passwd"));
-    m_sandbox->setVariable(QStringLiteral("NSS_WRAPPER_GROUP"), below("group"));
-    return true;
 }
 
 bool DeliveryTest::settle()
@@ -319,7 +298,7 @@ void DeliveryTest::onlyAdministratorsAreTold_data()
 void DeliveryTest::onlyAdministratorsAreTold()
 {
     QFETCH(bool, isAdministrator);
-    if (!stageUser(isAdministrator)) {
+    if (!m_sandbox->stageUsers(isAdministrator)) {
         QSKIP("needs libnss-wrapper");
     }
     QVERIFY(putFragment("first", "@all", "nivra-admin"));
@@ -332,7 +311,7 @@ void DeliveryTest::onlyAdministratorsAreTold()
 
 void DeliveryTest::theUserWhomTheRecordNamesIsTold()
 {
-    if (!stageUser(false)) {
+    if (!m_sandbox->stageUsers(false)) {
         QSKIP("needs libnss-wrapper");
     }
     QVERIFY(putFragment("first", "", ""));

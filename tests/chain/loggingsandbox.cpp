@@ -28,10 +28,17 @@ QByteArray contentsOf(const QString &path)
 } // namespace
 
 LoggingSandbox::LoggingSandbox()
+    : LoggingSandbox(QString())
+{
+}
+
+LoggingSandbox::LoggingSandbox(const QString &root)
+    : m_ownRoot(root.isEmpty() ? std::make_unique<QTemporaryDir>() : nullptr)
+    , m_root(m_ownRoot ? m_ownRoot->path() : root)
 {
     write(QStringLiteral("etc/syslog-ng/syslog-ng.conf"),
           contentsOf(QFileInfo(QStringLiteral(SYSTEMCTL)).path() + QLatin1String("/syslog-ng.conf.in"))
-              .replace("@ROOT@", m_root.path().toUtf8()));
+              .replace("@ROOT@", m_root.toUtf8()));
     write(QStringLiteral("etc/syslog-ng/conf.d/mod-nivra.conf"),
           contentsOf(QStringLiteral(SHIPPED_DATA "/syslog-ng/mod-nivra.conf")));
 }
@@ -71,6 +78,40 @@ bool LoggingSandbox::write(const QString &path, const QByteArray &text) const
         && file.write(text) == text.size();
 }
 
+bool LoggingSandbox::stageUsers(bool isAdministrator)
+{
+    QString library;
+    const QDir libraries(QStringLiteral("/usr/lib"));
+    const QStringList machines = libraries.entryList({QStringLiteral("*-linux-gnu*")}, QDir::Dirs);
+    for (const QString &machine : machines) {
+        const QString path = libraries.filePath(machine + QLatin1String("/libnss_wrapper.so"));
+        library = QFile::exists(path) ? path : library;
+    }
+    if (library.isEmpty()) {
+        return false;
+    }
+    write(QStringLiteral("passwd"),
+          "tester:x:" + QByteArray::number(::getuid())
+              + ":4242:Tester:/:/bin/sh\nother:x:4243:4243:Other:/:/bin/sh\n");
+    write(QStringLiteral("group"),
+          QByteArray("testers:x:4242:\nnivra-admin:x:4244:") + (isAdministrator ? "other,tester" : "other")
+              + "\n");
+    setVariable(QStringLiteral("LD_PRELOAD"), library);
+    setVariable(QStringLiteral("NSS_WRAPPER_PASSWD"), below(QStringLiteral("passwd")));
+    setVariable(QStringLiteral("NSS_WRAPPER_GROUP"), below(QStringLiteral("group")));
+    return true;
+}
+
+QByteArray LoggingSandbox::serviceManager() const
+{
+    QByteArray script = "#!/bin/sh\n";
+    const QStringList variables = m_environment.toStringList();
+    for (const QString &variable : variables) {
+        script += "export '" + variable.toLocal8Bit() + "'\n";
+    }
+    return script + "exec '" SYSTEMCTL "' --sandbox '" + QFile::encodeName(m_root) + "' \"$@\"\n";
+}
+
 void LoggingSandbox::setOption(const QByteArray &option) const
 {
     const QString path = QStringLiteral("etc/syslog-ng/syslog-ng.conf");
@@ -83,7 +124,7 @@ int LoggingSandbox::control(const QString &operation)
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setProcessEnvironment(m_environment);
     process.start(QStringLiteral(SYSTEMCTL),
-                  {QStringLiteral("--sandbox"), m_root.path(), operation, QStringLiteral("syslog-ng")});
+                  {QStringLiteral("--sandbox"), m_root, operation, QStringLiteral("syslog-ng")});
     const bool ended = process.waitForFinished(30000) && process.exitStatus() == QProcess::NormalExit;
     m_output = process.readAll();
     return ended ? process.exitCode() : -1;
