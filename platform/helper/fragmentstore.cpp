@@ -3,11 +3,10 @@
 #include "fragmentstore.h"
 
 #include "argumentreader.h"
-#include "atomicfilewriter.h"
 #include "backupstore.h"
+#include "configarchive.h"
 #include "filechanges.h"
 #include "fragmentcheck.h"
-#include "helperlog.h"
 
 #include <KLocalizedString>
 
@@ -17,116 +16,24 @@ namespace AdminEventsHelper {
 
 namespace {
 
-constexpr mode_t newFileMode = 0644;
-
-/** One fragment of a request: what it was, to put it back, and what it becomes. */
-struct Change
-{
-    QString fileName;
-    std::optional<QByteArray> former; // none when there was no file
-    std::optional<QByteArray> content; // none removes the file
-};
-
-Result<QList<Change>> prepared(const SafeDirectory &directory, QList<Change> changes)
-{
-    for (Change &change : changes) {
-        AtomicFileWriter writer(directory, change.fileName, newFileMode);
-        if (Outcome regular = writer.prepare(); !regular) {
-            return regular;
-        }
-        Result<std::optional<QByteArray>> former = writer.former();
-        if (!former) {
-            return former.outcome();
-        }
-        change.former = former.takeValue();
-    }
-    return changes;
-}
-
-Outcome put(const SafeDirectory &directory, const BackupStore &backups, const QString &fileName,
-            const QByteArray &content)
-{
-    AtomicFileWriter writer(directory, fileName, newFileMode);
-    const Outcome regular = writer.prepare();
-    return regular ? writer.write(content, backups) : regular;
-}
-
-Outcome takeAway(const SafeDirectory &directory, const BackupStore &backups, const Change &change)
-{
-    if (!change.former) {
-        return Outcome::success();
-    }
-    if (Outcome kept = backups.keep(change.fileName, *change.former); !kept) {
-        return kept;
-    }
-    if (Outcome removed = directory.remove(change.fileName); !removed) {
-        return removed;
-    }
-    // The file is gone: generations too many are no reason to report a failure.
-    if (const Outcome pruned = backups.prune(change.fileName); !pruned) {
-        logLine(LOG_WARNING, pruned.error());
-    }
-    return directory.sync();
-}
-
-Outcome carryOut(const SafeDirectory &directory, const BackupStore &backups, const Change &change)
-{
-    return change.content ? put(directory, backups, change.fileName, *change.content)
-                          : takeAway(directory, backups, change);
-}
-
-Outcome putBack(const SafeDirectory &directory, const BackupStore &backups, const Change &change)
-{
-    if (change.former) {
-        return put(directory, backups, change.fileName, *change.former);
-    }
-    const Result<std::optional<FileDescriptor>> present = directory.openRegular(change.fileName);
-    return present && present.value() ? directory.remove(change.fileName) : present.outcome();
-}
-
-Outcome carryOutAll(const SafeDirectory &directory, const BackupStore &backups, const QList<Change> &changes)
-{
-    for (int done = 0; done < changes.size(); ++done) {
-        const Outcome outcome = carryOut(directory, backups, changes.at(done));
-        if (outcome) {
-            continue;
-        }
-        // The one that failed as well: it may have gone wrong after its file was replaced.
-        for (int i = done; i >= 0; --i) {
-            if (const Outcome restored = putBack(directory, backups, changes.at(i)); !restored) {
-                return Outcome::failure(i18n("%1 What was changed before could not be put back: %2",
-                                             outcome.error(), restored.error()));
-            }
-        }
-        return outcome;
-    }
-    return Outcome::success();
-}
-
-Outcome apply(const QString &rootPath, const QList<Change> &wanted)
+Outcome applyAll(const QString &rootPath, const QMap<QString, std::optional<QByteArray>> &wanted)
 {
     const Result<SafeDirectory> root = SafeDirectory::openRoot(rootPath);
     if (!root) {
         return root.outcome();
     }
-    const Result<SafeDirectory> directory = root.value().descend(FragmentCheck::directory());
-    if (!directory) {
-        return directory.outcome();
-    }
-    // Before the backup directory is made: a refusal must change nothing.
-    if (const Result<QList<Change>> possible = prepared(directory.value(), wanted); !possible) {
-        return possible.outcome();
+    FileChanges changes(root.value());
+    for (auto it = wanted.cbegin(); it != wanted.cend(); ++it) {
+        if (Outcome added = changes.add(ConfigArchive::fragmentTarget(it.key()), *it); !added) {
+            return added;
+        }
     }
     const Result<BackupStore> backups = BackupStore::open(root.value());
     if (!backups) {
         return backups.outcome();
     }
-    if (Outcome recovered = FileChanges::recover(root.value(), backups.value()); !recovered) {
-        return recovered;
-    }
-    // Again under the lock: another helper may have replaced a file meanwhile.
-    const Result<QList<Change>> changes = prepared(directory.value(), wanted);
-    return changes ? carryOutAll(directory.value(), backups.value(), changes.value()) : changes.outcome();
+    const Outcome recovered = FileChanges::recover(root.value(), backups.value());
+    return recovered ? changes.carryOut(backups.value()) : recovered;
 }
 
 } // namespace
@@ -187,20 +94,20 @@ FragmentStore::FragmentStore(const QString &root)
 
 Outcome FragmentStore::write(const FragmentWriteRequest &request) const
 {
-    QList<Change> changes;
+    QMap<QString, std::optional<QByteArray>> wanted;
     for (auto it = request.fragments.cbegin(); it != request.fragments.cend(); ++it) {
-        changes << Change{it.key(), std::nullopt, *it};
+        wanted.insert(it.key(), *it);
     }
-    return apply(m_root, changes);
+    return applyAll(m_root, wanted);
 }
 
 Outcome FragmentStore::remove(const FragmentRemoveRequest &request) const
 {
-    QList<Change> changes;
+    QMap<QString, std::optional<QByteArray>> wanted;
     for (const QString &fileName : request.fileNames) {
-        changes << Change{fileName, std::nullopt, std::nullopt};
+        wanted.insert(fileName, std::nullopt);
     }
-    return apply(m_root, changes);
+    return applyAll(m_root, wanted);
 }
 
 } // namespace AdminEventsHelper

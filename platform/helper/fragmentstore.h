@@ -36,7 +36,8 @@ struct FragmentRemoveRequest
     static Result<FragmentRemoveRequest> read(const QVariantMap &arguments);
 };
 
-/** Writes and removes the notification fragments below a root directory, all of a request or none. */
+/** Writes and removes the notification fragments below a root directory, all of a request or none; what a
+ * crash leaves half done is taken back with the next write (FileChanges). */
 class FragmentStore
 {
 public:

@@ -105,6 +105,8 @@ private:
 bool KilledAtStepTest::prepare(const QString &root)
 {
     return TransferSample::fill(root)
+        && putFile(root + QLatin1String("/etc/syslog-ng/conf.d/mod-nivra-other.conf"),
+                   sampleFragmentOf("other"))
         && putFile(root + QLatin1String("/etc/passwd"), "root:x:0:0::/root:/bin/sh\n")
         && putFile(root + QLatin1String("/etc/group"), "root:x:0:\n");
 }
@@ -124,10 +126,12 @@ Outcome KilledAtStepTest::carryOut(const QString &verb, const QString &root)
     if (verb == QLatin1String("notifications")) {
         FragmentWriteRequest request;
         request.fragments.insert(QStringLiteral("mod-nivra-a_b_c.conf"), sampleFragment("New"));
+        request.fragments.insert(QStringLiteral("mod-nivra-new.conf"), sampleFragmentOf("new"));
         return FragmentStore(root).write(request);
     }
     if (verb == QLatin1String("removal")) {
-        return FragmentStore(root).remove({{QStringLiteral("mod-nivra-a_b_c.conf")}});
+        return FragmentStore(root).remove(
+            {{QStringLiteral("mod-nivra-a_b_c.conf"), QStringLiteral("mod-nivra-other.conf")}});
     }
     return AuditSettingsStore(root).set(
         {SubjectType::Users, {{{QStringLiteral("root"), QStringLiteral("open")}, 3}}});
