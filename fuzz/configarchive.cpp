@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include <configarchive.h>
+#include <notifyrccheck.h>
 #include <targz.h>
+#include <usernotifications.h>
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -36,13 +38,17 @@ QByteArray compressed(const QByteArray &text)
     return bytes;
 }
 
-/// A list of files, then a zero, then the content of the event settings.
+/// A list of files, then a zero, then the content of the event settings; after another zero, that of a user's
+/// notification settings.
 QByteArray archiveOf(const QByteArray &text)
 {
-    const int end = text.indexOf('\0');
-    TarGz::Entries entries{{QStringLiteral("manifest.json"), text.left(end)}};
-    if (end >= 0) {
-        entries.insert(QStringLiteral("etc/nivra-syslog.conf"), text.mid(end + 1));
+    const QList<QByteArray> parts = text.split('\0');
+    TarGz::Entries entries{{QStringLiteral("manifest.json"), parts.at(0)}};
+    if (parts.size() > 1) {
+        entries.insert(QStringLiteral("etc/nivra-syslog.conf"), parts.at(1));
+    }
+    if (parts.size() > 2) {
+        entries.insert(QStringLiteral("home/.config/nivra-event-watcher_x.notifyrc"), parts.at(2));
     }
     return TarGz::pack(entries, QStringLiteral("manifest.json")).value();
 }
@@ -73,8 +79,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const auto packed = archive.value().pack();
     const Result<ConfigArchive> again
         = packed ? ConfigArchive::unpack(packed.value()) : Result<ConfigArchive>(packed.outcome());
-    if (!again || again.value().files.size() != archive.value().files.size()) {
+    if (!again || again.value().files.size() != archive.value().files.size()
+        || again.value().ownSettings != archive.value().ownSettings) {
         std::abort();
+    }
+    const auto own = archive.value().ownSettings.value_or(UserNotifications::Files());
+    for (const QByteArray &content : own) {
+        const Outcome checked = NotifyrcCheck::check(QStringLiteral("x"), content);
+        if (checked && content.contains('\0')) {
+            std::abort();
+        }
     }
     return 0;
 }

@@ -123,11 +123,7 @@ QString AuditSettingsStore::path()
 
 Outcome AuditSettingsStore::check(const QString &path, const QByteArray &text)
 {
-    const Result<SubjectSettings> settings = settingsIn(text, path);
-    if (!settings) {
-        return settings.outcome();
-    }
-    const Result<QByteArray> expected = textOf(settings.value(), machineName());
+    const Result<QByteArray> expected = renewed(path, text);
     if (!expected) {
         return expected.outcome();
     }
@@ -135,6 +131,12 @@ Outcome AuditSettingsStore::check(const QString &path, const QByteArray &text)
         ? Outcome::success()
         : Outcome::failure(
             i18n("\"%1\" does not hold the rules that belong to its audit settings on this machine.", path));
+}
+
+Result<QByteArray> AuditSettingsStore::renewed(const QString &path, const QByteArray &text)
+{
+    const Result<SubjectSettings> settings = settingsIn(text, path);
+    return settings ? textOf(settings.value(), machineName()) : Result<QByteArray>(settings.outcome());
 }
 
 Result<SubjectSettings> AuditSettingsStore::present(const SafeDirectory &directory) const

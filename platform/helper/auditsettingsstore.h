@@ -45,6 +45,13 @@ public:
     static Outcome check(const QString &path, const QByteArray &text);
 
     /**
+     * The text with the rules that carry its settings out on this machine: another version, or a version for
+     * another kind of machine, may have made others of them. A text that was changed by hand is a failure.
+     * @param path named in the error.
+     */
+    static Result<QByteArray> renewed(const QString &path, const QByteArray &text);
+
+    /**
      * Answers by "NAME/IDENTIFIER", or "IDENTIFIER" for all others. Left out are names that nobody bears or
      * that hold a "/", and identifiers for which no setting was ever made.
      */

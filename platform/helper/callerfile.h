@@ -20,9 +20,6 @@ namespace AdminEventsHelper {
  */
 namespace CallerFile {
 
-/** How long the child may take, in milliseconds. */
-constexpr int timeLimitMs = 30000;
-
 /**
  * Replaces the content of an existing file.
  * @param caller the file must belong to this user, be regular and have no other name.

@@ -3,7 +3,9 @@
 #include "configarchive.h"
 
 #include "fragmentcheck.h"
+#include "notifyrccheck.h"
 #include "targz.h"
+#include "usernotifications.h"
 
 #include <KLocalizedString>
 #include <QCryptographicHash>
@@ -31,6 +33,22 @@ QString productName()
     return QStringLiteral("admin-events");
 }
 
+QString ownKey()
+{
+    return QStringLiteral("ownNotificationSettings");
+}
+QLatin1String ownDirectory()
+{
+    return QLatin1String("home/.config/");
+}
+
+/** The name of a file of the user's own notification settings; empty for any other entry. */
+QString ownFileName(const QString &entry)
+{
+    const QString name = entry.startsWith(ownDirectory()) ? entry.mid(ownDirectory().size()) : QString();
+    return NotifyrcCheck::isFileName(name.toStdString()) ? name : QString();
+}
+
 QString entryName(const ConfigTarget &target)
 {
     return target.path().mid(1);
@@ -47,6 +65,11 @@ std::optional<ConfigTarget> targetOf(const QString &entry)
     const Result<QString> fragment = FragmentCheck::fileNameOf(QLatin1Char('/') + entry);
     return fragment ? std::optional<ConfigTarget>(ConfigArchive::fragmentTarget(fragment.value()))
                     : std::nullopt;
+}
+
+bool isKnown(const QString &entry)
+{
+    return !ownFileName(entry).isEmpty() || targetOf(entry).has_value();
 }
 
 QString checksum(const QByteArray &content)
@@ -95,12 +118,17 @@ Result<QJsonObject> readManifest(const QByteArray &text)
     return manifest;
 }
 
-Result<ConfigArchive::File> readFile(const QJsonObject &row, const TarGz::Entries &entries)
+Outcome unknownFile(const QString &name)
+{
+    return badManifest(i18n("\"%1\" is not a file of this configuration", name.left(shownLength)));
+}
+
+/** The content that a row of the list tells of; none for a file that did not exist. */
+Result<std::optional<QByteArray>> readFile(const QJsonObject &row, const TarGz::Entries &entries)
 {
     const QString name = row.value(QLatin1String("name")).toString();
-    const std::optional<ConfigTarget> target = targetOf(name);
-    if (!target) {
-        return badManifest(i18n("\"%1\" is not a file of this configuration", name.left(shownLength)));
+    if (!isKnown(name)) {
+        return unknownFile(name);
     }
     const QJsonValue present = row.value(QLatin1String("present"));
     if (!present.isBool()) {
@@ -112,7 +140,7 @@ Result<ConfigArchive::File> readFile(const QJsonObject &row, const TarGz::Entrie
             : badManifest(i18n("\"%1\" is in the archive although it is said to be absent", name));
     }
     if (!present.toBool()) {
-        return ConfigArchive::File{*target, std::nullopt};
+        return std::optional<QByteArray>();
     }
     const QByteArray content = entries.value(name);
     if (wholeNumber(row, QLatin1String("size")) != content.size()
@@ -121,7 +149,40 @@ Result<ConfigArchive::File> readFile(const QJsonObject &row, const TarGz::Entrie
                                      "had when the archive was made.",
                                      name));
     }
-    return ConfigArchive::File{*target, content};
+    return std::optional<QByteArray>(content);
+}
+
+Outcome addFile(ConfigArchive &archive, const QString &name, const std::optional<QByteArray> &content)
+{
+    bool isNew = true;
+    if (const QString own = ownFileName(name); !own.isEmpty()) {
+        if (!archive.ownSettings || !content) {
+            return unknownFile(name);
+        }
+        isNew = !archive.ownSettings->contains(own);
+        archive.ownSettings->insert(own, *content);
+        if (archive.ownSettings->size() > UserNotifications::countLimit) {
+            return badManifest(i18n("it names more than %1 files of notification settings",
+                                    QString::number(UserNotifications::countLimit)));
+        }
+    } else {
+        const ConfigTarget target = *targetOf(name);
+        isNew = !archive.files.contains(target.path());
+        archive.files.insert(target.path(), {target, content});
+    }
+    return isNew ? Outcome::success() : badManifest(i18n("\"%1\" stands in it twice", name));
+}
+
+void pack(const QString &name, const std::optional<QByteArray> &content, QJsonArray &rows,
+          TarGz::Entries &entries)
+{
+    QJsonObject row{{QStringLiteral("name"), name}, {QStringLiteral("present"), content.has_value()}};
+    if (content) {
+        row.insert(QStringLiteral("size"), content->size());
+        row.insert(QStringLiteral("sha256"), checksum(*content));
+        entries.insert(name, *content);
+    }
+    rows.append(row);
 }
 
 } // namespace
@@ -136,20 +197,17 @@ Result<QByteArray> ConfigArchive::pack() const
     QJsonArray rows;
     TarGz::Entries entries;
     for (const File &file : files) {
-        const QString name = entryName(file.target);
-        QJsonObject row{{QStringLiteral("name"), name},
-                        {QStringLiteral("present"), file.content.has_value()}};
-        if (file.content) {
-            row.insert(QStringLiteral("size"), file.content->size());
-            row.insert(QStringLiteral("sha256"), checksum(*file.content));
-            entries.insert(name, *file.content);
-        }
-        rows.append(row);
+        AdminEventsHelper::pack(entryName(file.target), file.content, rows, entries);
+    }
+    const QMap<QString, QByteArray> own = ownSettings.value_or(QMap<QString, QByteArray>());
+    for (auto it = own.cbegin(); it != own.cend(); ++it) {
+        AdminEventsHelper::pack(ownDirectory() + it.key(), *it, rows, entries);
     }
     const QJsonObject manifest{{QStringLiteral("format"), formatVersion},
                                {QStringLiteral("product"), productName()},
                                {QStringLiteral("productVersion"), QStringLiteral(ADMINEVENTS_VERSION)},
                                {QStringLiteral("mainConfigVersion"), mainConfigVersion},
+                               {ownKey(), ownSettings.has_value()},
                                {QStringLiteral("files"), rows}};
     entries.insert(manifestName(), QJsonDocument(manifest).toJson());
     return TarGz::pack(entries, manifestName());
@@ -157,8 +215,8 @@ Result<QByteArray> ConfigArchive::pack() const
 
 Result<ConfigArchive> ConfigArchive::unpack(const QByteArray &bytes)
 {
-    Result<TarGz::Entries> unpacked = TarGz::unpack(
-        bytes, [](const QString &name) { return name == manifestName() || targetOf(name).has_value(); });
+    Result<TarGz::Entries> unpacked
+        = TarGz::unpack(bytes, [](const QString &name) { return name == manifestName() || isKnown(name); });
     if (!unpacked) {
         return unpacked.outcome();
     }
@@ -177,18 +235,20 @@ Result<ConfigArchive> ConfigArchive::unpack(const QByteArray &bytes)
     }
     ConfigArchive archive;
     archive.mainConfigVersion = int(std::min<qint64>(*mainVersion, std::numeric_limits<int>::max()));
+    if (manifest.value().value(ownKey()).toBool()) {
+        archive.ownSettings.emplace();
+    }
     const QJsonArray rows = manifest.value().value(QLatin1String("files")).toArray();
     for (const QJsonValue &row : rows) {
-        const Result<File> file = readFile(row.toObject(), entries);
-        if (!file) {
-            return file.outcome();
+        const QString name = row.toObject().value(QLatin1String("name")).toString();
+        const Result<std::optional<QByteArray>> content = readFile(row.toObject(), entries);
+        if (!content) {
+            return content.outcome();
         }
-        const QString path = file.value().target.path();
-        if (archive.files.contains(path)) {
-            return badManifest(i18n("\"%1\" stands in it twice", path.mid(1)));
+        if (Outcome added = addFile(archive, name, content.value()); !added) {
+            return added;
         }
-        archive.files.insert(path, file.value());
-        entries.remove(path.mid(1));
+        entries.remove(name);
     }
     if (!entries.isEmpty()) {
         return badManifest(i18n("it does not name \"%1\", which is in the archive", entries.firstKey()));

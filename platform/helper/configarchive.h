@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QMap>
+#include <QString>
 
 #include <optional>
 
@@ -19,12 +20,15 @@ namespace AdminEventsHelper {
  *   "product"           "admin-events",
  *   "productVersion"    the version that made the archive, for people,
  *   "mainConfigVersion" the version of the main configuration's form,
+ *   "ownNotificationSettings" true when the archive holds the notification settings of the user who had it
+ *                       made, and be it none; false, or missing, when it says nothing of them,
  *   "files"             an array of objects, one a file: "name" (its absolute path without the first slash),
  *                       "present" (false for a file that did not exist when the archive was made), and where
  *                       it is present "size" (bytes) and "sha256" (hexadecimal).
  * Every file of ConfigTarget::all() is named when an archive is made, and notification fragments where they
  * exist; an older archive may lack a file that was added later. Each present file is an entry of that name.
- * The administrators' own notification settings in their home directories are no part of the archive.
+ * The user's own notification settings are entries "home/.config/NAME"; see NotifyrcCheck. None is named as
+ * absent.
  */
 struct ConfigArchive
 {
@@ -40,6 +44,9 @@ struct ConfigArchive
 
     /** By their absolute paths. */
     QMap<QString, File> files;
+    /** The own notification settings of the user who asked, by file name; none when they are no part of it.
+     */
+    std::optional<QMap<QString, QByteArray>> ownSettings;
     int mainConfigVersion = mainConfigVersionHere;
 
     /** Notification fragments are no fixed targets: makes the target of one. */

@@ -3,12 +3,14 @@
 #include "configtransfer.h"
 
 #include "argumentreader.h"
+#include "auditsettingsstore.h"
 #include "backupstore.h"
 #include "contentcheck.h"
 #include "filechanges.h"
 #include "fragmentcheck.h"
 #include "helperlog.h"
 #include "loggingcheck.h"
+#include "notifyrccheck.h"
 #include "targz.h"
 #include "wholefile.h"
 
@@ -62,6 +64,20 @@ Result<QMap<QString, QByteArray>> readFragments(const SafeDirectory &root)
     return fragments;
 }
 
+Outcome notExported(const Outcome &reason)
+{
+    return Outcome::failure(
+        i18n("The configuration cannot be imported as it is, and so is not exported: %1", reason.error()));
+}
+
+Outcome checkPacked(const ConfigTarget &target, const QByteArray &text)
+{
+    // Its rules are made anew by an import: they may be those of an earlier version.
+    return target.format == ConfigTarget::Format::SubjectRules
+        ? AuditSettingsStore::renewed(target.path(), text).outcome()
+        : ContentCheck::check(target, text, {text});
+}
+
 bool isForAnotherVersion(const ConfigArchive &archive, const ConfigArchive::File &file)
 {
     return archive.mainConfigVersion != ConfigArchive::mainConfigVersionHere
@@ -81,8 +97,9 @@ Result<TransferRequest> TransferRequest::read(const QVariantMap &arguments, cons
     return request;
 }
 
-ConfigTransfer::ConfigTransfer(const QString &root)
+ConfigTransfer::ConfigTransfer(const QString &root, const std::optional<UserNotifications> &own)
     : m_root(root)
+    , m_own(own)
 {
 }
 
@@ -100,11 +117,8 @@ Result<QByteArray> ConfigTransfer::pack() const
             return content.outcome();
         }
         if (content.value()) {
-            const QByteArray &text = *content.value();
-            if (const Outcome checked = ContentCheck::check(target, text, {text}); !checked) {
-                return Outcome::failure(i18n("The configuration cannot be imported as it is, and so is not "
-                                             "exported: %1",
-                                             checked.error()));
+            if (const Outcome checked = checkPacked(target, *content.value()); !checked) {
+                return notExported(checked);
             }
         }
         archive.files.insert(target.path(), {target, content.value()});
@@ -117,6 +131,9 @@ Result<QByteArray> ConfigTransfer::pack() const
         const ConfigTarget target = ConfigArchive::fragmentTarget(it.key());
         archive.files.insert(target.path(), {target, *it});
     }
+    if (const Outcome added = addOwn(archive); !added) {
+        return added;
+    }
     Result<QByteArray> bytes = archive.pack();
     if (!bytes) {
         return bytes;
@@ -126,6 +143,24 @@ Result<QByteArray> ConfigTransfer::pack() const
         return Outcome::failure(i18n("The configuration is too large to be exported: %1", back.error()));
     }
     return bytes;
+}
+
+Outcome ConfigTransfer::addOwn(ConfigArchive &archive) const
+{
+    if (!m_own) {
+        return Outcome::success();
+    }
+    const Result<UserNotifications::Files> files = m_own->read();
+    if (!files) {
+        return files.outcome();
+    }
+    for (auto it = files.value().cbegin(); it != files.value().cend(); ++it) {
+        if (const Outcome checked = NotifyrcCheck::check(m_own->pathOf(it.key()), *it); !checked) {
+            return notExported(checked);
+        }
+    }
+    archive.ownSettings = files.value();
+    return Outcome::success();
 }
 
 Outcome ConfigTransfer::checkAll(const ConfigArchive &archive, const SafeDirectory &root) const
@@ -140,6 +175,66 @@ Outcome ConfigTransfer::checkAll(const ConfigArchive &archive, const SafeDirecto
         }
         if (Outcome checked = ContentCheck::check(file.target, *file.content, former.value()); !checked) {
             return checked;
+        }
+    }
+    const UserNotifications::Files own = archive.ownSettings.value_or(UserNotifications::Files());
+    for (auto it = own.cbegin(); it != own.cend(); ++it) {
+        if (Outcome checked = NotifyrcCheck::check(it.key(), *it); !checked) {
+            return checked;
+        }
+    }
+    return Outcome::success();
+}
+
+Outcome ConfigTransfer::carryOut(const ConfigArchive &archive, const SafeDirectory &root) const
+{
+    UserNotifications::Files ownFiles;
+    UserNotifications::Changes ownChanges;
+    if (m_own && archive.ownSettings) {
+        const Result<UserNotifications::Files> present = m_own->read();
+        if (!present) {
+            return present.outcome();
+        }
+        ownFiles = present.value();
+        ownChanges = UserNotifications::difference(ownFiles, *archive.ownSettings);
+    }
+    FileChanges changes(root);
+    for (const ConfigArchive::File &file : archive.files) {
+        if (Outcome added = changes.add(file.target, file.content); !added) {
+            return added;
+        }
+    }
+    const Result<BackupStore> backups = BackupStore::open(root);
+    if (!backups) {
+        return backups.outcome();
+    }
+    if (Outcome recovered = FileChanges::recover(root, backups.value()); !recovered) {
+        return recovered;
+    }
+    bool ownChanged = false;
+    Outcome outcome = changes.carryOut(backups.value(), [this, &ownChanges, &ownChanged] {
+        Outcome changed = ownChanges.isEmpty() ? Outcome::success() : m_own->change(ownChanges);
+        ownChanged = changed.ok();
+        return changed;
+    });
+    if (!outcome && ownChanged) {
+        UserNotifications::Files now = *archive.ownSettings;
+        if (const Outcome restored = m_own->change(UserNotifications::difference(now, ownFiles)); !restored) {
+            logLine(LOG_WARNING, restored.error());
+        }
+    }
+    return outcome;
+}
+
+Outcome ConfigTransfer::renewRules(ConfigArchive &archive)
+{
+    for (ConfigArchive::File &file : archive.files) {
+        if (file.content && file.target.format == ConfigTarget::Format::SubjectRules) {
+            Result<QByteArray> text = AuditSettingsStore::renewed(file.target.path(), *file.content);
+            if (!text) {
+                return text.outcome();
+            }
+            file.content = text.takeValue();
         }
     }
     return Outcome::success();
@@ -160,6 +255,9 @@ Result<ConfigTransfer::Report> ConfigTransfer::install(const QByteArray &bytes) 
         report.mainConfigLeftOut = report.mainConfigLeftOut || leaveOut;
         it = leaveOut ? archive.files.erase(it) : std::next(it);
     }
+    if (Outcome renewed = renewRules(archive); !renewed) {
+        return renewed;
+    }
     if (Outcome checked = checkAll(archive, root.value()); !checked) {
         return checked;
     }
@@ -167,26 +265,13 @@ Result<ConfigTransfer::Report> ConfigTransfer::install(const QByteArray &bytes) 
     if (!fragments) {
         return fragments.outcome();
     }
-    FileChanges changes(root.value());
     for (const QString &fileName : fragments.value().keys()) {
         const ConfigTarget target = ConfigArchive::fragmentTarget(fileName);
         if (!archive.files.contains(target.path())) {
             archive.files.insert(target.path(), {target, std::nullopt});
         }
     }
-    for (const ConfigArchive::File &file : qAsConst(archive.files)) {
-        if (Outcome added = changes.add(file.target, file.content); !added) {
-            return added;
-        }
-    }
-    const Result<BackupStore> backups = BackupStore::open(root.value());
-    if (!backups) {
-        return backups.outcome();
-    }
-    Outcome outcome = FileChanges::recover(root.value(), backups.value());
-    if (outcome) {
-        outcome = changes.carryOut(backups.value());
-    }
+    const Outcome outcome = carryOut(archive, root.value());
     return outcome ? Result<Report>(report) : Result<Report>(outcome);
 }
 

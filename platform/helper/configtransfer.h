@@ -4,6 +4,7 @@
 
 #include "configarchive.h"
 #include "outcome.h"
+#include "usernotifications.h"
 
 #include <QByteArray>
 #include <QString>
@@ -23,7 +24,8 @@ struct TransferRequest
     static Result<TransferRequest> read(const QVariantMap &arguments, const QString &key);
 };
 
-/** Makes archives of the configuration below a root directory, and installs them there. */
+/** Makes archives of the configuration below a root directory and of a user's own notification settings, and
+ * installs them there. */
 class ConfigTransfer
 {
 public:
@@ -34,8 +36,11 @@ public:
         bool mainConfigLeftOut = false;
     };
 
-    /** @param root the directory that stands for "/". */
-    explicit ConfigTransfer(const QString &root);
+    /**
+     * @param root the directory that stands for "/".
+     * @param own the settings of the user who asked; none to leave users' settings alone.
+     */
+    explicit ConfigTransfer(const QString &root, const std::optional<UserNotifications> &own = std::nullopt);
 
     /**
      * The configuration as it is, as the bytes of an archive. A file that an import would refuse is a
@@ -46,14 +51,20 @@ public:
     /**
      * Installs an archive, all of it or nothing: everything is checked before anything is changed. Files that
      * the archive says were absent are removed, and so are notification fragments that it does not hold, but
-     * not those that somebody else wrote.
+     * not those that somebody else wrote. Of the user's own notification settings only what the archive holds
+     * is left, if it holds any state of them; a crash while they are replaced, last of all, may leave these
+     * new and the other files as they were.
      */
     Result<Report> install(const QByteArray &bytes) const;
 
 private:
+    static Outcome renewRules(ConfigArchive &archive);
+    Outcome addOwn(ConfigArchive &archive) const;
+    Outcome carryOut(const ConfigArchive &archive, const SafeDirectory &root) const;
     Outcome checkAll(const ConfigArchive &archive, const SafeDirectory &root) const;
 
     QString m_root;
+    std::optional<UserNotifications> m_own;
 };
 
 } // namespace AdminEventsHelper

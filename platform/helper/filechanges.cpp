@@ -131,7 +131,7 @@ Outcome FileChanges::writeJournal(const BackupStore &backups) const
     return ChangeJournal::write(backups.directory(), rows);
 }
 
-Outcome FileChanges::makeAll(const BackupStore &backups)
+Outcome FileChanges::makeAll(const BackupStore &backups, const std::function<Outcome()> &lastStep)
 {
     Outcome outcome = writeJournal(backups);
     for (size_t i = 0; outcome && i < m_changes.size(); ++i) {
@@ -139,6 +139,9 @@ Outcome FileChanges::makeAll(const BackupStore &backups)
     }
     for (auto it = m_directories.cbegin(); outcome && it != m_directories.cend(); ++it) {
         outcome = (*it)->sync();
+    }
+    if (outcome && lastStep) {
+        outcome = lastStep();
     }
     if (outcome) {
         // From here on the changes stand.
@@ -160,7 +163,7 @@ Outcome FileChanges::makeAll(const BackupStore &backups)
     return outcome;
 }
 
-Outcome FileChanges::carryOut(const BackupStore &backups)
+Outcome FileChanges::carryOut(const BackupStore &backups, const std::function<Outcome()> &lastStep)
 {
     std::vector<Change> needed;
     for (Change &change : m_changes) {
@@ -173,7 +176,7 @@ Outcome FileChanges::carryOut(const BackupStore &backups)
     }
     m_changes = std::move(needed);
     if (m_changes.empty()) {
-        return Outcome::success();
+        return lastStep ? lastStep() : Outcome::success();
     }
     for (Change &change : m_changes) {
         if (Outcome staged = stage(change, backups); !staged) {
@@ -181,7 +184,7 @@ Outcome FileChanges::carryOut(const BackupStore &backups)
             return staged;
         }
     }
-    if (Outcome made = makeAll(backups); !made) {
+    if (Outcome made = makeAll(backups, lastStep); !made) {
         return made;
     }
     removeTemporaries();

@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QMap>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -43,8 +44,9 @@ public:
      * Carries all of it out; what is replaced or removed is kept as a generation. Files that already are as
      * they should be are not touched. A failure leaves everything as it was, or says what could not be put
      * back.
+     * @param lastStep done when all files are replaced; its failure takes them back.
      */
-    Outcome carryOut(const BackupStore &backups);
+    Outcome carryOut(const BackupStore &backups, const std::function<Outcome()> &lastStep = {});
 
     /**
      * Takes back changes that were interrupted, and removes half-written files of the closed set and of
@@ -69,7 +71,7 @@ private:
     Outcome stage(Change &change, const BackupStore &backups) const;
     Outcome make(Change &change) const;
     Outcome takeBack(Change &change) const;
-    Outcome makeAll(const BackupStore &backups);
+    Outcome makeAll(const BackupStore &backups, const std::function<Outcome()> &lastStep);
     void removeTemporaries() const;
     Outcome writeJournal(const BackupStore &backups) const;
 

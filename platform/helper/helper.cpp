@@ -11,6 +11,7 @@
 #include "requester.h"
 #include "servicecontrol.h"
 #include "targz.h"
+#include "usernotifications.h"
 
 namespace AdminEventsHelper {
 
@@ -52,7 +53,9 @@ KAuth::ActionReply Helper::exportconfig(const QVariantMap &arguments)
     if (!caller || !request) {
         return answer(QStringLiteral("exportconfig"), request ? caller.outcome() : request.outcome());
     }
-    const Result<QByteArray> archive = ConfigTransfer(m_options.root).pack();
+    const Result<ConfigTransfer> transfer = transferFor(caller.value());
+    const Result<QByteArray> archive
+        = transfer ? transfer.value().pack() : Result<QByteArray>(transfer.outcome());
     return answer(QStringLiteral("exportconfig ") + request.value().path,
                   archive ? CallerFile::write(caller.value(), request.value().path, archive.value())
                           : archive.outcome());
@@ -67,9 +70,10 @@ KAuth::ActionReply Helper::importconfig(const QVariantMap &arguments)
     }
     const Result<QByteArray> archive
         = CallerFile::read(caller.value(), request.value().path, TarGz::archiveLimit);
-    const Result<ConfigTransfer::Report> report = archive
-        ? ConfigTransfer(m_options.root).install(archive.value())
-        : Result<ConfigTransfer::Report>(archive.outcome());
+    const Result<ConfigTransfer> transfer = transferFor(caller.value());
+    const Result<ConfigTransfer::Report> report = archive && transfer
+        ? transfer.value().install(archive.value())
+        : Result<ConfigTransfer::Report>(archive ? transfer.outcome() : archive.outcome());
     KAuth::ActionReply reply
         = answer(QStringLiteral("importconfig ") + request.value().path, report.outcome());
     if (report) {
@@ -125,6 +129,13 @@ KAuth::ActionReply Helper::setauditsettings(const QVariantMap &arguments)
                       .arg(int(change.value().type))
                       .arg(change.value().values.size()),
                   AuditSettingsStore(m_options.root).set(change.value()));
+}
+
+Result<ConfigTransfer> Helper::transferFor(uid_t caller) const
+{
+    const auto own = UserNotifications::of(caller, m_options.root, m_options.home);
+    return own ? Result<ConfigTransfer>(ConfigTransfer(m_options.root, own.value()))
+               : Result<ConfigTransfer>(own.outcome());
 }
 
 KAuth::ActionReply Helper::answer(const QString &request, const Outcome &outcome) const

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "configtransfer.h"
 #include "helperoptions.h"
 
 #include <KAuth/ActionReply>
@@ -52,6 +53,7 @@ public Q_SLOTS:
     KAuth::ActionReply setauditsettings(const QVariantMap &arguments);
 
 private:
+    Result<ConfigTransfer> transferFor(uid_t caller) const;
     KAuth::ActionReply answer(const QString &request, const Outcome &outcome) const;
 
     HelperOptions m_options;

@@ -12,13 +12,14 @@ Result<HelperOptions> HelperOptions::parse(const QStringList &words)
 {
     HelperOptions options;
     const QHash<QString, QString *> targets{{QStringLiteral("--root"), &options.root},
+                                            {QStringLiteral("--home"), &options.home},
                                             {QStringLiteral("--systemctl"), &options.systemctl},
                                             {QStringLiteral("--augenrules"), &options.augenrules},
                                             {QStringLiteral("--auditctl"), &options.auditctl}};
     QSet<QString> seen;
     for (int i = 0; i < words.size(); i += 2) {
         const QString &option = words.at(i);
-        const bool isRoot = option == QLatin1String("--root");
+        const bool isDirectory = option == QLatin1String("--root") || option == QLatin1String("--home");
         QString *const target = targets.value(option);
         if (!target) {
             return Outcome::failure(QStringLiteral("unknown option \"%1\"").arg(option));
@@ -31,11 +32,12 @@ Result<HelperOptions> HelperOptions::parse(const QStringList &words)
             return Outcome::failure(QStringLiteral("option %1 lacks its value").arg(option));
         }
         const QFileInfo value(words.at(i + 1));
-        if (!value.isAbsolute() || (isRoot ? !value.isDir() : !(value.isFile() && value.isExecutable()))) {
+        if (!value.isAbsolute()
+            || (isDirectory ? !value.isDir() : !(value.isFile() && value.isExecutable()))) {
             return Outcome::failure(
                 QStringLiteral("option %1: \"%2\" is not the absolute path of an existing %3")
                     .arg(option, value.filePath(),
-                         isRoot ? QStringLiteral("directory") : QStringLiteral("program")));
+                         isDirectory ? QStringLiteral("directory") : QStringLiteral("program")));
         }
         *target = value.filePath();
     }

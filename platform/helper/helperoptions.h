@@ -13,6 +13,9 @@ struct HelperOptions
 {
     /** "--root DIR": an existing directory, by its absolute path, that stands for "/". */
     QString root = QStringLiteral("/");
+    /** "--home DIR": an existing directory, by its absolute path, that stands for the home directory of
+     * whoever asks; empty for the true one, and for none with another root than "/". */
+    QString home;
     /** "--systemctl PATH": an executable file, by its absolute path; empty for the system's own. */
     QString systemctl;
     /** "--augenrules PATH": an executable file, by its absolute path, that loads the audit rules of the root;

@@ -157,14 +157,16 @@ void HelperRequestTest::readsOptions()
     QVERIFY(none.ok());
     QCOMPARE(none.value().root, QStringLiteral("/"));
     QCOMPARE(none.value().systemctl, QString());
+    QCOMPARE(none.value().home, QString());
 
     const QTemporaryDir directory;
-    const auto all = HelperOptions::parse({QStringLiteral("--systemctl"), QStringLiteral("/bin/sh"),
-                                           QStringLiteral("--auditctl"), QStringLiteral("/bin/cat"),
-                                           QStringLiteral("--root"), directory.path(),
-                                           QStringLiteral("--augenrules"), QStringLiteral("/bin/ls")});
+    const auto all = HelperOptions::parse(
+        {QStringLiteral("--systemctl"), QStringLiteral("/bin/sh"), QStringLiteral("--auditctl"),
+         QStringLiteral("/bin/cat"), QStringLiteral("--root"), directory.path(), QStringLiteral("--home"),
+         QStringLiteral("/usr"), QStringLiteral("--augenrules"), QStringLiteral("/bin/ls")});
     QVERIFY2(all.ok(), qPrintable(all.error()));
     QCOMPARE(all.value().root, directory.path());
+    QCOMPARE(all.value().home, QStringLiteral("/usr"));
     QCOMPARE(all.value().systemctl, QStringLiteral("/bin/sh"));
     QCOMPARE(all.value().auditctl, QStringLiteral("/bin/cat"));
     QCOMPARE(all.value().augenrules, QStringLiteral("/bin/ls"));
@@ -174,11 +176,28 @@ void HelperRequestTest::readsOptions()
 void HelperRequestTest::refusesUnsoundOptions_data()
 {
     QTest::addColumn<QStringList>("words");
-    for (const char *line :
-         {"--root", "--systemctl", "--help", "-h", "/tmp", "--root=/tmp", "--root tmp", "--root ..",
-          "--root /does/not/exist", "--root /etc/passwd", "--root /tmp --root /tmp", "--systemctl sh",
-          "--systemctl /etc/passwd", "--systemctl /usr", "--root /tmp extra", "--systemctl /bin/sh --root",
-          "--augenrules", "--augenrules /tmp", "--auditctl auditctl"}) {
+    for (const char *line : {"--root",
+                             "--systemctl",
+                             "--help",
+                             "-h",
+                             "/tmp",
+                             "--root=/tmp",
+                             "--root tmp",
+                             "--root ..",
+                             "--root /does/not/exist",
+                             "--root /etc/passwd",
+                             "--root /tmp --root /tmp",
+                             "--systemctl sh",
+                             "--systemctl /etc/passwd",
+                             "--systemctl /usr",
+                             "--root /tmp extra",
+                             "--systemctl /bin/sh --root",
+                             "--augenrules",
+                             "--augenrules /tmp",
+                             "--auditctl auditctl",
+                             "--home",
+                             "--home usr",
+                             "--home /etc/passwd"}) {
         QTest::newRow(line) << QString::fromLatin1(line).split(QLatin1Char(' '));
     }
     QTest::newRow("empty word") << QStringList{QString()};

@@ -33,8 +33,9 @@ PageFixture::PageFixture(const QStringList &helperArguments)
     QDir(m_root.path()).mkpath(QStringLiteral("bin"));
     const QString manager = m_root.filePath(QStringLiteral("bin/systemctl"));
     qputenv("PATH", (m_root.filePath(QStringLiteral("bin:")) + qEnvironmentVariable("PATH")).toLocal8Bit());
-    bus = std::make_unique<PrivateBus>(m_root.path(),
-                                       QStringList{QStringLiteral("--systemctl"), manager} + helperArguments);
+    const QStringList always{QStringLiteral("--systemctl"), manager, QStringLiteral("--home"),
+                             m_root.filePath(QStringLiteral("root"))};
+    bus = std::make_unique<PrivateBus>(m_root.path(), always + helperArguments);
 }
 
 QString PageFixture::start()
