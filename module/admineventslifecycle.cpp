@@ -70,6 +70,10 @@ void AdminEventsModule::change()
     }
     load_p();
     stateWidget()->resetState();
+    const QString note = std::exchange(m_savedNote, {});
+    if (!note.isEmpty() && m_messageBar->isHidden()) {
+        showMessage(KMessageWidget::Information, note);
+    }
 }
 
 void AdminEventsModule::load_p()
@@ -172,7 +176,7 @@ bool AdminEventsModule::save_p()
     }
     startWatchConfigs();
     if (saved && std::exchange(m_notificationsWritten, false)) {
-        notificationsUpdated();
+        m_savedNote = notificationsUpdated();
     }
     return saved;
 }

@@ -160,7 +160,8 @@ private:
     [[nodiscard]] bool removeDisabledNotificationsConfigs();
     [[nodiscard]] bool runNotificationAction(QLatin1String verb, const QString &argument,
                                              const QVariant &value);
-    void notificationsUpdated() const;
+    /// Gives all users the superuser's notification settings; what the user must know, or nothing.
+    [[nodiscard]] QString notificationsUpdated() const;
 
     // Loading and saving
     void checkEventSettingsDirectory();
@@ -193,6 +194,7 @@ private:
     DBusDialog *m_dbusDialog = nullptr;
     NotificationStore m_notifications; // fragments on disk, and those not written yet
     bool m_notificationsWritten = false; // and not yet given to the users
+    QString m_savedNote; // to be shown once the page is loaded again
     ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
     FilesDialog *m_filesDialog = nullptr;
     DiskSpaceMonDialog *m_diskSpaceDialog = nullptr;

@@ -29,6 +29,7 @@
 #include <KMessageWidget>
 
 #include <QDir>
+#include <QFileInfo>
 #include <QItemSelectionModel>
 #include <QMenu>
 #include <QMessageBox>
@@ -289,20 +290,30 @@ bool AdminEventsModule::removeDisabledNotificationsConfigs()
         || runNotificationAction(ActionIds::removeNotificationConfigs, QStringLiteral("paths"), paths);
 }
 
-void AdminEventsModule::notificationsUpdated() const
+QString AdminEventsModule::notificationsUpdated() const
 {
-    // Readable to the superuser's own page only: another administrator's settings are his own.
     const QDir directory(SystemPaths::resolve(SystemPaths::superuserConfiguration()));
+    if (QFileInfo(NotificationsDictionary::ownFile(QString())).absoluteDir() != directory) {
+        return i18n(
+            "How notifications are presented was set for your account only; other users keep what they "
+            "have. The superuser's page sets it for everybody.");
+    }
     const QStringList names
         = directory.entryList({QStringLiteral("nivra-event-watcher*.notifyrc")}, QDir::Files);
     bool copied = false;
+    QStringList failed;
     for (const QString &name : names) {
         QFile source(directory.filePath(name));
-        copied |= Core::Utils::makeNotifyrcForUsers(SystemPaths::resolve(SystemPaths::homeRoot()), source);
+        copied |= Core::Utils::makeNotifyrcForUsers(SystemPaths::resolve(SystemPaths::homeRoot()), source,
+                                                    &failed);
     }
     if (copied
         && Gui::Utils::confirmAboutReboot(
             i18n("The notification settings will take effect only after the system is rebooted."))) {
         Core::Utils::rebootSystem();
     }
+    failed.removeDuplicates();
+    return failed.isEmpty() ? QString()
+                            : i18n("The notification settings could not be given to these users: %1.",
+                                   failed.join(QLatin1String(", ")));
 }

@@ -119,7 +119,7 @@ Copy copyFor(const QString &homeRoot, const QString &user, const QByteArray &fil
 }
 } // namespace
 
-bool Core::Utils::makeNotifyrcForUsers(const QString &homeRoot, QFile &source)
+bool Core::Utils::makeNotifyrcForUsers(const QString &homeRoot, QFile &source, QStringList *failed)
 {
     if (!source.isOpen() && !source.open(QIODevice::ReadOnly)) {
         return false;
@@ -132,14 +132,19 @@ bool Core::Utils::makeNotifyrcForUsers(const QString &homeRoot, QFile &source)
     const QString root = QDir(homeRoot).absolutePath();
     const QStringList users = QDir(root).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot);
     int made = 0;
-    bool failed = false;
+    QStringList left;
     for (const QString &user : users) {
         if (user == QLatin1String(".pdp")) {
             continue;
         }
         const Copy copy = copyFor(root, user, fileName, bytes);
         made += copy == Copy::Made ? 1 : 0;
-        failed = failed || copy == Copy::Failed;
+        if (copy == Copy::Failed) {
+            left << user;
+        }
     }
-    return made > 0 && !failed;
+    if (failed) {
+        *failed << left;
+    }
+    return made > 0 && left.isEmpty();
 }

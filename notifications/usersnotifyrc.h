@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include <QStringList>
+
 class QFile;
-class QString;
 
 namespace Core::Utils {
 
@@ -15,8 +16,10 @@ namespace Core::Utils {
  * Directories that are no user's, such as ".pdp", are passed over, and no symbolic link is followed: the
  * directories belong to others, and this runs as root.
  *
+ * @param failed where given, takes the names of the users who could not be given a copy
  * @return true when there is a copy for at least one user and none failed
  */
-[[nodiscard]] bool makeNotifyrcForUsers(const QString &homeRoot, QFile &source);
+[[nodiscard]] bool makeNotifyrcForUsers(const QString &homeRoot, QFile &source,
+                                        QStringList *failed = nullptr);
 
 } // namespace Core::Utils

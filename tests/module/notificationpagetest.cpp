@@ -28,8 +28,6 @@
 #include <QTreeView>
 
 #include <algorithm>
-#include <pwd.h>
-#include <unistd.h>
 
 /// Notifications from the menu over the dialog to the files, and back after a new start.
 class NotificationPageTest : public QObject
@@ -62,7 +60,6 @@ private Q_SLOTS:
     void theRepetitionIsAnEditOfThePage();
     void theViewerOpensTheSettingsOfItsEvent();
     void theSelectionNamesItsMessage();
-    void allUsersGetTheSuperusersSettings();
 
 private:
     void addEvent(const QString &id, const QString &messageId, const QJsonObject &more = {});
@@ -617,32 +614,6 @@ void NotificationPageTest::theSelectionNamesItsMessage()
     QCOMPARE(page->getSelectedMessageId(), QStringLiteral("log_in-failed"));
     view->setCurrentIndex(proxy->mapFromSource(page->workingModel()->indexOf(item->parentItem())));
     QCOMPARE(page->getSelectedMessageId(), QString());
-}
-
-void NotificationPageTest::allUsersGetTheSuperusersSettings()
-{
-    const passwd *me = ::getpwuid(::geteuid());
-    QVERIFY(me);
-    const QString config
-        = QStringLiteral("%1/home/%2/.config").arg(m_machine.root(), QString::fromLocal8Bit(me->pw_name));
-    QVERIFY(QDir().mkpath(config));
-    const QString copy = config + QStringLiteral("/nivra-event-watcher_circle.notifyrc");
-    const auto page = m_machine.openPage();
-    QVERIFY(page);
-    const BoxAnswerer boxes(QMessageBox::No);
-    m_machine.toggle(*page, QStringLiteral("plain"));
-    page->save();
-    QCOMPARE(boxes.boxes().size(), 0); // no notification was set up
-    setUp(*page, QStringLiteral("event plainword"), QStringLiteral("x"));
-    QVERIFY(!QFile::exists(copy));
-    page->save();
-    QCOMPARE(m_machine.read(copy), m_machine.read(ownFile()));
-    QCOMPARE(boxes.boxes().size(), 1);
-    QCOMPARE(
-        boxes.boxes().at(0).text,
-        QStringLiteral(
-            "The notification settings will take effect only after the system is rebooted.\nReboot now?"));
-    QVERIFY(QDir(m_machine.root() + QStringLiteral("/home")).removeRecursively());
 }
 
 QTEST_MAIN(NotificationPageTest)
