@@ -127,6 +127,43 @@ build_page() {
     fi
 }
 
+# Runs the tests of a build. They get a home, a session bus and locales of their own; whatever they leave running is
+# ended by its mark. $1: build folder, rest: assignments "NAME=value" for their environment, then options for ctest.
+run_tests() {
+    local build=$1 home=$1/test-home assignments=() status=0
+    shift
+    while [[ ${1-} =~ ^[A-Z_]+= ]]; do
+        assignments+=("$1")
+        shift
+    done
+    rm -rf "$home"
+    mkdir -p "$home/runtime" && chmod 700 "$home/runtime" || exit 1
+    make_locale "$build/test-locale" ru_RU
+    # shellcheck disable=SC2064 # the mark is fixed from here on
+    trap "end_marked_processes 'ADMINEVENTS_TESTS=$home'" EXIT
+    env -u DISPLAY -u WAYLAND_DISPLAY -u LC_ALL -u LANGUAGE -u XDG_CONFIG_HOME -u XDG_DATA_HOME -u XDG_CACHE_HOME \
+        -u XDG_STATE_HOME -u ADMINEVENTS_ROOT "ADMINEVENTS_TESTS=$home" "HOME=$home" "XDG_RUNTIME_DIR=$home/runtime" \
+        "LOCPATH=$build/test-locale" LANG=C.UTF-8 QT_QPA_PLATFORM=offscreen "${assignments[@]}" \
+        dbus-run-session -- ctest --test-dir "$build" --output-on-failure -j 2 "$@" || status=1
+    return "$status"
+}
+
+# Configures and builds with tests as a preset says. $1: preset, $2: build folder, rest: options for cmake.
+build_tests() {
+    local preset=$1 build=$2 log=$2/build.log
+    shift 2
+    say "Building in $build"
+    mkdir -p "$build" || exit 1
+    cmake -S "$source_dir" --preset "$preset" -B "$build" -DBUILD_TESTING=ON "$@" >"$log" 2>&1 || {
+        tail -n 40 "$log" >&2
+        die "the build could not be configured"
+    }
+    cmake --build "$build" >"$log" 2>&1 || {
+        grep -E -A 12 'FAILED|error:' "$log" | head -n 100 >&2
+        die "the build failed; all of it is in $log"
+    }
+}
+
 # Waits until a command succeeds. $1: seconds, rest: the command.
 wait_until() {
     local deadline=$((SECONDS + $1))
