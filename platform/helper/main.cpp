@@ -7,6 +7,7 @@
 
 #include <KAuth/HelperSupport>
 #include <QFile>
+#include <QTimer>
 
 #include <cstdio>
 #include <sys/stat.h>
@@ -28,10 +29,14 @@ int main(int argc, char **argv)
     // Runs first thing in the main loop: the bus is connected by then, and no request is taken yet.
     QMetaObject::invokeMethod(
         &answers,
-        [&answers] {
+        [&answers, &helper] {
             if (!answers.takeOver()) {
                 AdminEventsHelper::logLine(LOG_WARNING,
                                            QStringLiteral("the order of answers is the framework's"));
+            }
+            // The timer that ends an idle helper would be left behind.
+            if (auto *timer = helper.property("__KAuth_Helper_Shutdown_Timer").value<QTimer *>()) {
+                timer->setParent(&helper);
             }
         },
         Qt::QueuedConnection);
