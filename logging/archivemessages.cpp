@@ -7,12 +7,24 @@
 #include <KShell>
 
 #include <QDir>
+#include <QFileInfo>
 #include <QMessageBox>
 
 namespace ArchiveMessages {
 QString absolutePath(const QString &path)
 {
-    return QDir::home().absoluteFilePath(KShell::tildeExpand(path));
+    const QString absolute = QDir::home().absoluteFilePath(KShell::tildeExpand(path));
+    const QFileInfo file(absolute);
+    const QString directory = QFileInfo(file.path()).canonicalFilePath();
+    return directory.isEmpty() ? absolute : QDir(directory).filePath(file.fileName());
+}
+
+QString pathProblem(const QString &path)
+{
+    const QFileInfo present(path);
+    return present.exists() && !present.isFile() && !present.isDir()
+        ? i18n("“%1” is not a regular file.", path)
+        : QString();
 }
 
 void showError(QWidget *parent, const QString &text)

@@ -5,6 +5,7 @@
 
 #include "archivemessages.h"
 #include "busyindicator.h"
+#include "formerarchive.h"
 #include "ui_settingsexporter.h"
 
 #include <configaccessservice.h>
@@ -32,24 +33,49 @@ bool SettingsExporter::exportConfig()
         return true;
     }
     const QString path = ArchiveMessages::absolutePath(m_ui->fileWidget->filePath());
+    if (const QString problem = targetProblem(path); !problem.isEmpty()) {
+        showFailure(problem);
+        return true;
+    }
     if (!m_ui->fileWidget->isConfirmed() && !mayReplace(path)) {
         return false;
     }
     const bool existed = QFileInfo::exists(path);
+    FormerArchive former(path);
+    if (const QString problem = former.setAside(); !problem.isEmpty()) {
+        showFailure(problem);
+        return true;
+    }
     bool exported = false;
     {
         const BusyIndicator busy(this);
         exported = m_service.exportConfig(path);
     }
     if (exported) {
+        former.drop();
         QMessageBox::information(this, i18n("Information"), i18n("Configuration exported successfully"));
         return true;
     }
     if (!existed && QFileInfo(path).isFile() && QFileInfo(path).size() == 0) {
         QFile::remove(path); // made to prove that the user may write there
     }
-    ArchiveMessages::showFailure(this, i18n("Can not export configuration!"), m_service.errorString());
+    const QString kept = former.putBack();
+    showFailure(kept.isEmpty() ? m_service.errorString()
+                               : m_service.errorString() + QLatin1Char('\n') + kept);
     return true;
+}
+
+void SettingsExporter::showFailure(const QString &reason)
+{
+    ArchiveMessages::showFailure(this, i18n("Can not export configuration!"), reason);
+}
+
+QString SettingsExporter::targetProblem(const QString &path)
+{
+    // The helper refuses it, but opening it to prove the user's right would have emptied what it points to.
+    return QFileInfo(path).isSymLink()
+        ? i18n("“%1” is a symbolic link; no archive is written through it.", path)
+        : ArchiveMessages::pathProblem(path);
 }
 
 bool SettingsExporter::mayReplace(const QString &path)

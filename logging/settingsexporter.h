@@ -30,6 +30,8 @@ public:
 
 private:
     [[nodiscard]] bool mayReplace(const QString &path);
+    [[nodiscard]] static QString targetProblem(const QString &path);
+    void showFailure(const QString &reason);
 
     std::unique_ptr<Ui_SettingsExporter> m_ui;
     ConfigAccessService &m_service;

@@ -32,13 +32,14 @@ bool SettingsImporter::importConfig()
         ArchiveMessages::showError(this, i18n("No file selected"));
         return false;
     }
-    bool imported = false;
-    {
+    const QString path = ArchiveMessages::absolutePath(m_ui->fileWidget->filePath());
+    QString problem = ArchiveMessages::pathProblem(path);
+    if (problem.isEmpty()) {
         const BusyIndicator busy(this);
-        imported = m_service.importConfig(ArchiveMessages::absolutePath(m_ui->fileWidget->filePath()));
+        problem = m_service.importConfig(path) ? QString() : m_service.errorString();
     }
-    if (!imported) {
-        ArchiveMessages::showFailure(this, i18n("Can not import configuration!"), m_service.errorString());
+    if (!problem.isEmpty()) {
+        ArchiveMessages::showFailure(this, i18n("Can not import configuration!"), problem);
         return false;
     }
     if (mainConfigImportFault()) {

@@ -31,6 +31,8 @@
 #include <QTest>
 #include <QToolButton>
 
+#include <sys/stat.h>
+
 namespace {
 constexpr char mainConfiguration[]
     = "source nivra_events_src {\n    internal();\n};\n"
@@ -51,13 +53,17 @@ private:
         QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
         QCOMPARE(file.write(content), content.size());
     }
+    [[nodiscard]] static QByteArray read(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
     /// What the helper was asked for, without the paths of this run.
     [[nodiscard]] QString asked() const
     {
-        QFile log(m_bus.root() + QStringLiteral("/asked"));
-        return log.open(QIODevice::ReadOnly)
-            ? QString::fromLocal8Bit(log.readAll()).remove(m_bus.root() + QLatin1Char('/')).trimmed()
-            : QString();
+        return QString::fromLocal8Bit(read(m_bus.root() + QStringLiteral("/asked")))
+            .remove(m_bus.root() + QLatin1Char('/'))
+            .trimmed();
     }
     [[nodiscard]] QString archive(const char *name) const
     {
@@ -268,6 +274,53 @@ private Q_SLOTS:
         QVERIFY(!m_window->isVisible());
     }
 
+    void failedExportLeavesTheFormerArchive()
+    {
+        write(archive("bad-kept.tar.gz"), "former");
+        show("exportTab");
+        fileLine("exportTab")->setText(archive("bad-kept.tar.gz"));
+        const BoxAnswerer answerer(QMessageBox::Yes);
+        clickOk();
+        QCOMPARE(answerer.boxes().size(), 2);
+        QCOMPARE(answerer.boxes().last().text,
+                 QStringLiteral("Can not export configuration!\n<b>staged</b> failure"));
+        QCOMPARE(asked(), QStringLiteral("export bad-kept.tar.gz"));
+        QCOMPARE(read(archive("bad-kept.tar.gz")), QByteArray("former"));
+        QCOMPARE(QDir(m_bus.root()).entryList({QStringLiteral("bad-kept*")}).size(), 1);
+    }
+
+    void exportThroughALinkIsRefusedBeforeAnythingIsEmptied()
+    {
+        write(archive("victim.tar.gz"), "of somebody");
+        QVERIFY(QFile::link(archive("victim.tar.gz"), archive("link.tar.gz")));
+        show("exportTab");
+        fileLine("exportTab")->setText(archive("link.tar.gz"));
+        const BoxAnswerer answerer(QMessageBox::Yes);
+        clickOk();
+        QCOMPARE(answerer.boxes().size(), 1);
+        QVERIFY2(answerer.boxes().first().text.contains(QStringLiteral("link.tar.gz” is a symbolic link")),
+                 qPrintable(answerer.boxes().first().text));
+        QCOMPARE(asked(), QString());
+        QCOMPARE(read(archive("victim.tar.gz")), QByteArray("of somebody"));
+    }
+
+    void aPipeIsNotEvenOpened()
+    {
+        QCOMPARE(::mkfifo(QFile::encodeName(archive("pipe.tar.gz")).constData(), 0600), 0);
+        const BoxAnswerer answerer;
+        for (const char *tab : {"exportTab", "importTab"}) {
+            show(tab);
+            fileLine(tab)->setText(archive("pipe.tar.gz"));
+            clickOk();
+            QVERIFY2(
+                answerer.boxes().last().text.contains(QStringLiteral("pipe.tar.gz” is not a regular file")),
+                qPrintable(answerer.boxes().last().text));
+        }
+        QCOMPARE(answerer.boxes().size(), 2);
+        QCOMPARE(asked(), QString());
+        QVERIFY(QFile::remove(archive("pipe.tar.gz")));
+    }
+
     void exportWhereTheUserMayNotWriteAsksForNothing()
     {
         show("exportTab");
@@ -307,9 +360,7 @@ private Q_SLOTS:
         QVERIFY(m_window->isVisible());
         QCOMPARE(fileLine("exportTab")->text(), archive("kept.tar.gz"));
         QCOMPARE(asked(), QString());
-        QFile kept(archive("kept.tar.gz"));
-        QVERIFY(kept.open(QIODevice::ReadOnly));
-        QCOMPARE(kept.readAll(), QByteArray("old"));
+        QCOMPARE(read(archive("kept.tar.gz")), QByteArray("old"));
         const BoxAnswerer answerer(QMessageBox::Yes);
         clickOk();
         QCOMPARE(answerer.boxes().size(), 2);
