@@ -3,9 +3,9 @@
 
 #include "boxanswerer.h"
 #include "pagefixture.h"
+#include "settingswindow.h"
 
 #include <checkabletreemodel.h>
-#include <commonsettingswindow.h>
 #include <destinationsmodel.h>
 #include <destinationssettings.h>
 #include <eventtreeitem.h>
@@ -13,23 +13,13 @@
 
 #include <KMessageWidget>
 
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
-#include <QLineEdit>
-#include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSpinBox>
-#include <QStandardPaths>
-#include <QTabWidget>
 #include <QTest>
-#include <QTreeView>
-
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 namespace {
 QPushButton *settingsButton(const AdminEventsModule &page)
@@ -37,49 +27,9 @@ QPushButton *settingsButton(const AdminEventsModule &page)
     return page.findChild<QPushButton *>(QStringLiteral("commonSettingsButton"));
 }
 
-CommonSettingsWindow *window(const AdminEventsModule &page)
-{
-    return page.findChild<CommonSettingsWindow *>();
-}
-
-void showTab(const CommonSettingsWindow &window, const char *tab)
-{
-    auto *tabs = window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
-    tabs->setCurrentWidget(window.findChild<QWidget *>(QLatin1String(tab)));
-}
-
-void clickOk(const CommonSettingsWindow &window)
-{
-    auto *buttons = window.findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
-    QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
-}
-
 QSpinBox *numberOfLogs(const CommonSettingsWindow &window)
 {
     return window.findChild<QSpinBox *>(QStringLiteral("numberOfLogs"));
-}
-
-void name(const CommonSettingsWindow &window, const char *tab, const QString &path)
-{
-    window.findChild<QWidget *>(QLatin1String(tab))
-        ->findChild<QLineEdit *>(QStringLiteral("fileLineEdit"))
-        ->setText(path);
-}
-
-bool sendRecord(const QByteArray &socketPath, const QByteArray &record)
-{
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (socketPath.size() >= int(sizeof address.sun_path)) {
-        return false;
-    }
-    std::copy(socketPath.cbegin(), socketPath.cend(), address.sun_path);
-    const int descriptor = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    const bool sent = ::sendto(descriptor, record.constData(), size_t(record.size()), 0,
-                               reinterpret_cast<const sockaddr *>(&address), sizeof address)
-        == record.size();
-    ::close(descriptor);
-    return sent;
 }
 } // namespace
 
@@ -128,9 +78,7 @@ void CommonSettingsPageTest::init()
 
 void CommonSettingsPageTest::cleanup()
 {
-    QProcess::execute(
-        QStringLiteral(SYSTEMCTL),
-        {QStringLiteral("--sandbox"), m_machine.root(), QStringLiteral("stop"), QStringLiteral("syslog-ng")});
+    RealService::stop(m_machine, QStringLiteral(SYSTEMCTL));
 }
 
 QList<QByteArray> CommonSettingsPageTest::files() const
@@ -142,18 +90,14 @@ QList<QByteArray> CommonSettingsPageTest::files() const
 
 void CommonSettingsPageTest::edit(const AdminEventsModule &page, const QString &destination, int number) const
 {
-    const CommonSettingsWindow &dialog = *window(page);
-    settingsButton(page)->click();
-    dialog.findChild<DestinationsSettings *>()->insertNewDest(
+    SettingsWindow::open(page, "destinationsTab");
+    SettingsWindow::of(page).findChild<DestinationsSettings *>()->insertNewDest(
         {QStringLiteral("file"), destination,
          QString(QStringLiteral("/var/log/") + destination + QStringLiteral(".log")), 514,
          QStringLiteral("tcp")});
-    clickOk(dialog);
-    settingsButton(page)->click();
-    showTab(dialog, "logRotateTab");
-    numberOfLogs(dialog)->setValue(number);
-    clickOk(dialog);
-    QVERIFY(!dialog.isVisible());
+    SettingsWindow::clickOk(page);
+    SettingsWindow::setNumberOfLogs(page, number);
+    QVERIFY(!SettingsWindow::of(page).isVisible());
 }
 
 void CommonSettingsPageTest::buttonOpensTheDestinations()
@@ -162,12 +106,13 @@ void CommonSettingsPageTest::buttonOpensTheDestinations()
     QVERIFY(page);
     QVERIFY(settingsButton(*page)->isEnabled());
     QCOMPARE(settingsButton(*page)->text(), QStringLiteral("Settings"));
-    QVERIFY(!window(*page)->isVisible());
-    showTab(*window(*page), "importTab");
+    QVERIFY(!SettingsWindow::of(*page).isVisible());
+    SettingsWindow::open(*page, "importTab");
+    SettingsWindow::of(*page).reject();
     QTest::mouseClick(settingsButton(*page), Qt::LeftButton);
-    QVERIFY(window(*page)->isVisible());
-    QCOMPARE(window(*page)->windowTitle(), QStringLiteral("Common parameters"));
-    QCOMPARE(window(*page)->parentWidget(), page.get());
+    QVERIFY(SettingsWindow::of(*page).isVisible());
+    QCOMPARE(SettingsWindow::of(*page).windowTitle(), QStringLiteral("Common parameters"));
+    QCOMPARE(SettingsWindow::of(*page).parentWidget(), page.get());
     QVERIFY(page->findChild<DestinationsSettings *>()->isVisible());
     QCOMPARE(page->findChild<DestinationsSettings *>()->model()->rowCount(), 1);
 }
@@ -177,7 +122,7 @@ void CommonSettingsPageTest::importBringsTheExportedStateBack()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     const BoxAnswerer boxes(QMessageBox::No);
-    const CommonSettingsWindow &dialog = *window(*page);
+    const CommonSettingsWindow &dialog = SettingsWindow::of(*page);
     edit(*page, QStringLiteral("first"), 9);
     m_machine.toggle(*page, QStringLiteral("watch"));
     page->save();
@@ -190,10 +135,7 @@ void CommonSettingsPageTest::importBringsTheExportedStateBack()
     QVERIFY(exported.at(3).contains("/etc/shadow"));
 
     const QString archive = m_home.filePath(QStringLiteral("state.tar.gz"));
-    settingsButton(*page)->click();
-    showTab(dialog, "exportTab");
-    name(dialog, "exportTab", archive);
-    clickOk(dialog);
+    SettingsWindow::transfer(*page, "exportTab", archive);
     QCOMPARE(boxes.boxes().size(), 1);
     QCOMPARE(boxes.boxes().last().text, QStringLiteral("Configuration exported successfully"));
     QVERIFY(QFileInfo(archive).size() > 0);
@@ -208,11 +150,8 @@ void CommonSettingsPageTest::importBringsTheExportedStateBack()
         QVERIFY(changed.at(i) != exported.at(i));
     }
 
-    settingsButton(*page)->click();
-    showTab(dialog, "importTab");
-    name(dialog, "importTab", archive);
     const QSignalSpy pageChanged(page.get(), qOverload<bool>(&AdminEventsModule::changed));
-    clickOk(dialog);
+    SettingsWindow::transfer(*page, "importTab", archive);
     QCOMPARE(boxes.boxes().size(), 2);
     QVERIFY(boxes.boxes().last().text.startsWith(QStringLiteral("Configuration imported successfully.\n")));
     QCOMPARE(files(), exported);
@@ -226,7 +165,7 @@ void CommonSettingsPageTest::importBringsTheExportedStateBack()
     QCOMPARE(numberOfLogs(dialog)->value(), 9);
     QCOMPARE(page->findChild<DestinationsSettings *>()->model()->rowCount(), 2);
     // And the same again leaves nothing to save.
-    clickOk(dialog);
+    SettingsWindow::clickOk(*page);
     QCOMPARE(files(), exported);
 }
 
@@ -235,17 +174,10 @@ void CommonSettingsPageTest::importTellsOfEditsThatItDrops()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     const BoxAnswerer boxes(QMessageBox::No);
-    const CommonSettingsWindow &dialog = *window(*page);
     const QString archive = m_home.filePath(QStringLiteral("plain.tar.gz"));
-    settingsButton(*page)->click();
-    showTab(dialog, "exportTab");
-    name(dialog, "exportTab", archive);
-    clickOk(dialog);
+    SettingsWindow::transfer(*page, "exportTab", archive);
     m_machine.toggle(*page, QStringLiteral("plain"));
-    settingsButton(*page)->click();
-    showTab(dialog, "importTab");
-    name(dialog, "importTab", archive);
-    clickOk(dialog);
+    SettingsWindow::transfer(*page, "importTab", archive);
     QVERIFY(boxes.boxes().last().text.startsWith(QStringLiteral("Configuration imported successfully.\n")));
     QCOMPARE(PageFixture::node(page->workingModel(), QStringLiteral("plain"))->checkState,
              int(Qt::Unchecked));
@@ -264,10 +196,7 @@ void CommonSettingsPageTest::failedImportLeavesThePageAlone()
     PageFixture::write(archive, "no archive");
     const QList<QByteArray> before = files();
     m_machine.toggle(*page, QStringLiteral("plain"));
-    settingsButton(*page)->click();
-    showTab(*window(*page), "importTab");
-    name(*window(*page), "importTab", archive);
-    clickOk(*window(*page));
+    SettingsWindow::transfer(*page, "importTab", archive);
     QCOMPARE(boxes.boxes().size(), 1);
     QVERIFY(boxes.boxes().last().text.startsWith(QStringLiteral("Can not import configuration!\n")));
     QCOMPARE(files(), before);
@@ -277,21 +206,9 @@ void CommonSettingsPageTest::failedImportLeavesThePageAlone()
 
 void CommonSettingsPageTest::recordReachesTheDestinationThatWasAdded()
 {
-    const QStringList places{QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")};
-    if (QStandardPaths::findExecutable(QStringLiteral("syslog-ng"), places).isEmpty()) {
+    if (!RealService::prepare(m_machine, QStringLiteral(SYSTEMCTL))) {
         QSKIP("needs syslog-ng");
     }
-    QByteArray config = PageFixture::read(QFileInfo(QStringLiteral(SYSTEMCTL)).path()
-                                          + QStringLiteral("/syslog-ng.conf.in"));
-    config.replace("@ROOT@", m_machine.root().toUtf8());
-    PageFixture::write(path(QStringLiteral("/etc/syslog-ng/syslog-ng.conf")), config);
-    QVERIFY(QDir().mkpath(path(QStringLiteral("/run"))));
-    const QString manager = path(QStringLiteral("/bin/systemctl"));
-    PageFixture::replace(
-        manager, "#!/bin/sh\nexec '" SYSTEMCTL "' --sandbox '" + m_machine.root().toUtf8() + "' \"$@\"\n");
-    QFile::setPermissions(manager, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QCOMPARE(QProcess::execute(manager, {QStringLiteral("start"), QStringLiteral("auditd")}), 0);
-
     const auto page = m_machine.openPage();
     QVERIFY(page);
     edit(*page, QStringLiteral("added"), 2);
@@ -299,9 +216,8 @@ void CommonSettingsPageTest::recordReachesTheDestinationThatWasAdded()
     page->save(); // which starts the service anew
     const auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
     QTRY_COMPARE_WITH_TIMEOUT(label->text(), QStringLiteral("Logging service is running."), 20000);
-    const QByteArray socket = path(QStringLiteral("/run/syslog-ng/nivra-events")).toLocal8Bit();
-    QTRY_VERIFY_WITH_TIMEOUT(sendRecord(socket, "<13>{\"MSG\":{\"nivra-auth\":{\"user\":\"ivanov\"}}}"),
-                             10000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        RealService::send(m_machine, "<13>{\"MSG\":{\"nivra-auth\":{\"user\":\"ivanov\"}}}"), 10000);
     QTRY_VERIFY_WITH_TIMEOUT(PageFixture::read(path(QStringLiteral("/var/log/added.log"))).contains("ivanov"),
                              10000);
     QTRY_VERIFY_WITH_TIMEOUT(PageFixture::read(path(SystemPaths::eventLogFile())).contains("ivanov"), 10000);
