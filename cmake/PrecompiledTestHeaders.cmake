@@ -1,0 +1,58 @@
+# SPDX-FileCopyrightText: 2026 The admin-events authors
+# SPDX-License-Identifier: GPL-2.0-or-later
+
+# Gives the tests below a directory the toolkit's headers of tests/precompiled/, as far as they can take them.
+
+# Sets `result` to whether a target uses `library`, itself or through others.
+function(uses_library target library result)
+    set(open ${target})
+    set(seen)
+    while(open)
+        list(POP_FRONT open current)
+        list(APPEND seen ${current})
+        foreach(property IN ITEMS LINK_LIBRARIES INTERFACE_LINK_LIBRARIES)
+            get_target_property(used ${current} ${property})
+            foreach(item IN LISTS used)
+                string(REGEX REPLACE "^[$]<LINK_ONLY:(.*)>$" "\\1" item "${item}")
+                if(TARGET "${item}" AND NOT item IN_LIST seen AND NOT item IN_LIST open)
+                    list(APPEND open ${item})
+                endif()
+            endforeach()
+        endforeach()
+    endwhile()
+    if(library IN_LIST seen)
+        set(${result} ON PARENT_SCOPE)
+    else()
+        set(${result} OFF PARENT_SCOPE)
+    endif()
+endfunction()
+
+function(give_headers target)
+    # What the compiler was told must be the same as when the headers were read: it is for all that ecm_add_test() makes,
+    # but for those that throw and those that use the toolkit's graphics without its widgets.
+    get_target_property(definitions ${target} COMPILE_DEFINITIONS)
+    get_target_property(options ${target} COMPILE_OPTIONS)
+    if(NOT "QT_FORCE_ASSERTS" IN_LIST definitions OR "${options}" MATCHES "-fexceptions")
+        return()
+    endif()
+    uses_library(${target} Qt5::Widgets widgets)
+    uses_library(${target} Qt5::Gui graphics)
+    if(widgets)
+        target_precompile_headers(${target} REUSE_FROM adminevents_widgettestheaders)
+    elseif(NOT graphics)
+        target_precompile_headers(${target} REUSE_FROM adminevents_coretestheaders)
+    endif()
+endfunction()
+
+function(give_precompiled_headers directory)
+    get_directory_property(folders DIRECTORY ${directory} SUBDIRECTORIES)
+    foreach(folder IN LISTS folders)
+        get_directory_property(targets DIRECTORY ${folder} BUILDSYSTEM_TARGETS)
+        foreach(target IN LISTS targets)
+            get_target_property(type ${target} TYPE)
+            if(type STREQUAL "EXECUTABLE")
+                give_headers(${target})
+            endif()
+        endforeach()
+    endforeach()
+endfunction()
