@@ -161,9 +161,9 @@ Outcome addFile(ConfigArchive &archive, const QString &name, const std::optional
         }
         isNew = !archive.ownSettings->contains(own);
         archive.ownSettings->insert(own, *content);
-        if (archive.ownSettings->size() > UserNotifications::countLimit) {
+        if (archive.ownSettings->size() > NotifyrcFiles::countLimit) {
             return badManifest(i18n("it names more than %1 files of notification settings",
-                                    QString::number(UserNotifications::countLimit)));
+                                    QString::number(NotifyrcFiles::countLimit)));
         }
     } else {
         const ConfigTarget target = *targetOf(name);

@@ -83,7 +83,7 @@ Outcome describe(const NotifyrcReport &report, const QString &directory)
             i18n("\"%1\" does not belong to the user who asked; it is not used.", directory));
     case NotifyrcReport::TooMany:
         return Outcome::failure(i18n("There are more than %1 notification settings files in \"%2\".",
-                                     QString::number(UserNotifications::countLimit), directory));
+                                     QString::number(NotifyrcFiles::countLimit), directory));
     case NotifyrcReport::NotRegular:
         return Outcome::failure(
             i18n("\"%1\" is %2, not a regular file; it is not used.", path, kindOfFile(report.mode)));
@@ -173,7 +173,7 @@ NotifyrcReading::NotifyrcReading(uid_t user, const QByteArray &home)
 
 qsizetype NotifyrcReading::mostBytes()
 {
-    return qsizetype(UserNotifications::countLimit + 1)
+    return qsizetype(NotifyrcFiles::countLimit + 1)
         * qsizetype(sizeof(NotifyrcReport) + NotifyrcCheck::sizeLimit);
 }
 
@@ -222,7 +222,7 @@ void NotifyrcReading::run(int pipe) const
             if (!NotifyrcCheck::isFileName(entry->d_name)) {
                 continue;
             }
-            if (++sent > UserNotifications::countLimit) {
+            if (++sent > NotifyrcFiles::countLimit) {
                 report.fail(NotifyrcReport::TooMany);
                 goesOn = false;
             } else {
@@ -236,10 +236,10 @@ void NotifyrcReading::run(int pipe) const
     CallerProcess::put(pipe, &report, sizeof report);
 }
 
-Result<UserNotifications::Files> NotifyrcReading::filesIn(const CallerProcess::Report &told,
-                                                          const QString &directory)
+Result<NotifyrcFiles::Contents> NotifyrcReading::filesIn(const CallerProcess::Report &told,
+                                                         const QString &directory)
 {
-    UserNotifications::Files files;
+    NotifyrcFiles::Contents files;
     NotifyrcReport report = reportAt(told.bytes, 0);
     int position = int(sizeof report);
     while (report.step == NotifyrcReport::File) {
@@ -249,11 +249,10 @@ Result<UserNotifications::Files> NotifyrcReading::filesIn(const CallerProcess::R
         position += int(sizeof report);
     }
     const Outcome outcome = describe(report, directory);
-    return outcome ? Result<UserNotifications::Files>(files) : Result<UserNotifications::Files>(outcome);
+    return outcome ? Result<NotifyrcFiles::Contents>(files) : Result<NotifyrcFiles::Contents>(outcome);
 }
 
-NotifyrcWriting::NotifyrcWriting(uid_t user, const QByteArray &home,
-                                 const UserNotifications::Changes &changes)
+NotifyrcWriting::NotifyrcWriting(uid_t user, const QByteArray &home, const NotifyrcFiles::Changes &changes)
     : NotifyrcWork(user, home)
 {
     for (auto it = changes.cbegin(); it != changes.cend(); ++it) {

@@ -3,7 +3,8 @@
 #pragma once
 
 #include "callerprocess.h"
-#include "usernotifications.h"
+#include "notifyrcfiles.h"
+#include "outcome.h"
 
 #include <QByteArray>
 
@@ -44,8 +45,8 @@ public:
     void run(int pipe) const override;
 
     /** What the child has told. @param directory for messages */
-    static Result<UserNotifications::Files> filesIn(const CallerProcess::Report &told,
-                                                    const QString &directory);
+    static Result<NotifyrcFiles::Contents> filesIn(const CallerProcess::Report &told,
+                                                   const QString &directory);
 
 private:
     bool send(int pipe, int directory, const char *name, NotifyrcReport &report) const;
@@ -56,7 +57,7 @@ class NotifyrcWriting : public NotifyrcWork
 {
 public:
     /** @param changes must outlive this object. */
-    NotifyrcWriting(uid_t user, const QByteArray &home, const UserNotifications::Changes &changes);
+    NotifyrcWriting(uid_t user, const QByteArray &home, const NotifyrcFiles::Changes &changes);
 
     static qsizetype mostBytes();
 

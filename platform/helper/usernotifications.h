@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "notifyrcfiles.h"
 #include "outcome.h"
 
-#include <QByteArray>
-#include <QMap>
 #include <QString>
 
 #include <optional>
@@ -24,13 +23,8 @@ namespace AdminEventsHelper {
 class UserNotifications
 {
 public:
-    /** The most files that are read or written. */
-    static constexpr int countLimit = 64;
-
-    /** By file name. */
-    using Files = QMap<QString, QByteArray>;
-    /** By file name; none for a file that is to go. */
-    using Changes = QMap<QString, std::optional<QByteArray>>;
+    using Files = NotifyrcFiles::Contents;
+    using Changes = NotifyrcFiles::Changes;
 
     UserNotifications(uid_t user, const QString &home);
 

@@ -213,7 +213,7 @@ void OwnSettingsTransferTest::refusesWhatIsNotSound_data()
         forgeArchive({manifestEntry(manifestOf({})), {ownDirectory + firstName, {}, AE_IFLNK, {}, "x"}}),
         "is not a regular file");
     QList<ForgedEntry> many{settingsEntry()};
-    for (int i = 0; i <= UserNotifications::countLimit; ++i) {
+    for (int i = 0; i <= NotifyrcFiles::countLimit; ++i) {
         many << ownEntry(group, "nivra-event-watcher_" + QByteArray::number(i) + ".notifyrc");
     }
     row("too many", ownArchive(many), "more than 64 files");

@@ -200,11 +200,11 @@ void UserNotificationsTest::refusesTooMuch()
         return putFile(config(QStringLiteral("nivra-event-watcher_%1.notifyrc").arg(count)),
                        QByteArray::number(count));
     };
-    for (int i = 2; i < UserNotifications::countLimit; ++i) {
+    for (int i = 2; i < NotifyrcFiles::countLimit; ++i) {
         QVERIFY(fill(i));
     }
-    QCOMPARE(own().read().value().size(), UserNotifications::countLimit);
-    QVERIFY(fill(UserNotifications::countLimit));
+    QCOMPARE(own().read().value().size(), NotifyrcFiles::countLimit);
+    QVERIFY(fill(NotifyrcFiles::countLimit));
     QVERIFY2(own().read().error().contains(QLatin1String("more than 64")), qPrintable(own().read().error()));
 }
 
