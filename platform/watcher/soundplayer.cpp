@@ -53,6 +53,12 @@ QString SoundPlayer::play(const QString &file)
     const int result = m_context == nullptr
         ? CA_ERROR_NODRIVER
         : ca_context_play(m_context, 0, CA_PROP_MEDIA_FILENAME, QFile::encodeName(path).constData(), nullptr);
+    if (result == CA_ERROR_NOTFOUND) {
+        // Not the file, which is there.
+        return i18n(
+            "The sound file \"%1\" cannot be played: this computer has no sound device, or no access to it.",
+            file);
+    }
     return result == CA_SUCCESS
         ? QString()
         : i18n("The sound file \"%1\" cannot be played: %2", file, QString::fromUtf8(ca_strerror(result)));

@@ -8,6 +8,7 @@
 #include <eventtreeitem.h>
 #include <loggingservice.h>
 #include <notificationsdictionary.h>
+#include <tone.h>
 
 #include <KMessageWidget>
 
@@ -31,6 +32,7 @@ class DBusDialogTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup() { m_dialog.reset(); }
 
@@ -57,6 +59,7 @@ private Q_SLOTS:
     void refusedValuesKeepTheDialogOpen();
     void aCutValueIsReplacedOnlyOnRequest();
     void playingSaysWhatIsWrong();
+    void withoutASoundDeviceItSaysSo();
 
 private:
     template <typename Widget> Widget *find(const char *name) const
@@ -84,6 +87,13 @@ private:
     std::unique_ptr<DBusDialog> m_dialog;
     std::unique_ptr<EventTreeItem> m_event;
 };
+
+void DBusDialogTest::initTestCase()
+{
+    // No sound server, and no devices: whatever this machine has stays silent.
+    qputenv("PULSE_SERVER", "unix:/nonexistent");
+    qputenv("ALSA_CONFIG_PATH", "/dev/null");
+}
 
 void DBusDialogTest::init()
 {
@@ -539,6 +549,20 @@ void DBusDialogTest::playingSaysWhatIsWrong()
     QCOMPARE(message(), QString());
     find<QPushButton>("playButton")->click();
     QTRY_VERIFY_WITH_TIMEOUT(message().contains(QLatin1String("The sound cannot be")), 10000);
+}
+
+void DBusDialogTest::withoutASoundDeviceItSaysSo()
+{
+    openNew(m_event.get());
+    const QString tone = m_machine.path("/home/tone.wav");
+    m_machine.write(tone, Tone::wav());
+    find<QCheckBox>("soundCheckBox")->click();
+    find<QLineEdit>("soundEdit")->setText(tone);
+    QCOMPARE(message(), QString());
+    find<QPushButton>("playButton")->click();
+    QCOMPARE(
+        message(),
+        QStringLiteral("The sound cannot be heard: this computer has no sound device, or no access to it."));
 }
 
 QTEST_MAIN(DBusDialogTest)

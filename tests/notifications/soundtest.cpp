@@ -8,11 +8,11 @@
 #include <leashedprocess.h>
 #include <loggingservice.h>
 #include <notificationsdictionary.h>
+#include <tone.h>
 
 #include <KMessageWidget>
 
 #include <QCheckBox>
-#include <QDataStream>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QProcess>
@@ -21,33 +21,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cmath>
-
-namespace {
-constexpr int rate = 8000;
-
-/** One second of a tone, as a WAV file. */
-QByteArray makeTone()
-{
-    QByteArray samples;
-    QDataStream stream(&samples, QIODevice::WriteOnly);
-    stream.setByteOrder(QDataStream::LittleEndian);
-    for (int i = 0; i < rate; ++i) {
-        stream << qint16(20000 * std::sin(i * 2 * M_PI * 440 / rate));
-    }
-    QByteArray file;
-    QDataStream header(&file, QIODevice::WriteOnly);
-    header.setByteOrder(QDataStream::LittleEndian);
-    header.writeRawData("RIFF", 4);
-    header << quint32(36 + samples.size());
-    header.writeRawData("WAVEfmt ", 8);
-    header << quint32(16) << quint16(1) << quint16(1) << quint32(rate) << quint32(rate * 2) << quint16(2)
-           << quint16(16);
-    header.writeRawData("data", 4);
-    header << quint32(samples.size());
-    return file + samples;
-}
-} // namespace
 
 /** The sound of a notification, played to a sound device without a loudspeaker and recorded from it. */
 class SoundTest : public QObject
@@ -99,7 +72,7 @@ void SoundTest::aSoundIsPlayedToTheDevice()
                       QStringLiteral("--channels=1"), QStringLiteral("--latency-msec=50")});
     QVERIFY(m_recorder.waitForStarted());
     const QString tone = m_machine.path("/home/tone.wav");
-    m_machine.write(tone, makeTone());
+    m_machine.write(tone, Tone::wav());
     ConfigAccessService access(nullptr);
     LoggingService logging(nullptr);
     DBusDialog dialog(access, logging, nullptr);

@@ -4,6 +4,7 @@
 #include <commandlauncher.h>
 #include <logfile.h>
 #include <soundplayer.h>
+#include <tone.h>
 
 #include <QDir>
 #include <QFile>
@@ -27,6 +28,11 @@ private:
     {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    static void put(const QString &path, const QByteArray &text)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
     }
     static Event event(const QString &text)
     {
@@ -52,6 +58,8 @@ private Q_SLOTS:
     void aCommandThatCannotRunIsReported_data();
     void aCommandThatCannotRunIsReported();
     void aMissingSoundIsReported();
+    void aSoundIsPlayedToTheDevice();
+    void withoutASoundDeviceItSaysSo();
 };
 
 void WatcherActionsTest::init()
@@ -169,6 +177,34 @@ void WatcherActionsTest::aMissingSoundIsReported()
     QVERIFY(player.play(below("missing.ogg")).contains(below("missing.ogg")));
     QVERIFY(!player.play(QStringLiteral("no-such-name.ogg")).isEmpty());
     QVERIFY(!player.play(QString()).isEmpty());
+}
+
+void WatcherActionsTest::aSoundIsPlayedToTheDevice()
+{
+    // A device that writes down what it is to play.
+    const QByteArray heard = QFile::encodeName(below("heard"));
+    put(below("devices"),
+        "pcm.!default { type file slave.pcm { type null } file \"" + heard + "\" format raw }\n");
+    put(below("tone.wav"), Tone::wav());
+    qputenv("CANBERRA_DRIVER", "alsa");
+    qputenv("ALSA_CONFIG_PATH", QFile::encodeName(below("devices")));
+    SoundPlayer player;
+    const QString error = player.play(QLatin1String("file://") + below("tone.wav"));
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+    const int headerSize = 44;
+    QTRY_COMPARE_WITH_TIMEOUT(contents(below("heard")), Tone::wav().mid(headerSize), 15000);
+}
+
+void WatcherActionsTest::withoutASoundDeviceItSaysSo()
+{
+    put(below("devices"), "# none\n");
+    put(below("tone.wav"), Tone::wav());
+    qputenv("CANBERRA_DRIVER", "alsa");
+    qputenv("ALSA_CONFIG_PATH", QFile::encodeName(below("devices")));
+    SoundPlayer player;
+    const QString error = player.play(below("tone.wav"));
+    QVERIFY2(error.contains(below("tone.wav")) && error.contains(QLatin1String("no sound device")),
+             qPrintable(error));
 }
 
 QTEST_GUILESS_MAIN(WatcherActionsTest)
