@@ -150,7 +150,7 @@ void ServiceControlTest::killsAHangingProgramWithAllItStarted()
 void ServiceControlTest::aHangingAuditDaemonLeavesTimeForTheLogger()
 {
     QVERIFY(m_systemctl->behave("case \"$*\" in *auditd) sleep 60;; esac\n"));
-    const Outcome outcome = ServiceControl(m_systemctl->program(), 1500ms).run(ServiceCommand::Restart);
+    const Outcome outcome = ServiceControl(m_systemctl->program(), 6000ms).run(ServiceCommand::Restart);
     QCOMPARE(m_systemctl->calls(),
              (QStringList{QStringLiteral("restart auditd"), QStringLiteral("restart syslog-ng"),
                           QStringLiteral("status syslog-ng")}));
