@@ -21,6 +21,8 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -88,6 +90,7 @@ private Q_SLOTS:
     void exactlyTheMatchingRecordPopsUp();
     void itIsRepeatedAtTheInterval();
     void noOtherUserIsTold();
+    void theExampleOfAnEventIsARecordThatArrives();
     void switchedOffItStaysOff();
 
 private:
@@ -410,6 +413,27 @@ void ClickToPopupTest::noOtherUserIsTold()
     }
     QCOMPARE(shown(m_other, everybodysTitle).size(), m_settled);
     QCOMPARE(shown(m_other, ownTitle).size(), 0);
+}
+
+void ClickToPopupTest::theExampleOfAnEventIsARecordThatArrives()
+{
+    chooseFromMenu(login, QStringLiteral("Show example of an event"));
+    auto *example = m_page->findChild<QDialog *>(QStringLiteral("EventExample"));
+    QVERIFY(example);
+    QTRY_VERIFY(example->isVisible());
+    const QByteArray text = example->findChild<QWidget *>(QStringLiteral("exampleText"))
+                                ->property("plainText")
+                                .toString()
+                                .toUtf8();
+    QTest::keyClick(example, Qt::Key_Escape);
+    const QJsonObject record = QJsonDocument::fromJson(text).object();
+    const QJsonObject values = record.value(QLatin1String("MSG")).toObject().constBegin()->toObject();
+    const QString user = values.value(QLatin1String("user")).toString();
+    QVERIFY2(!user.isEmpty(), text.constData());
+    const int before = shown(m_administrator, everybodysTitle).size();
+    QVERIFY(m_logging->send(text));
+    QTRY_COMPARE_WITH_TIMEOUT(shown(m_administrator, everybodysTitle).size(), before + 1, 10000);
+    QCOMPARE(shown(m_administrator, everybodysTitle).last().text, user.toHtmlEscaped());
 }
 
 void ClickToPopupTest::switchedOffItStaysOff()

@@ -150,6 +150,9 @@ void NotificationPageTest::theMenuOffersNotifications()
 {
     addEvent(QStringLiteral("quiet"), QStringLiteral("quiet"),
              {{QStringLiteral("is-not-redirected"), QStringLiteral("1")}});
+    m_machine.write(m_machine.catalogPath() + QStringLiteral("/first/nameless.json"),
+                    R"({"event-group": "first", "enabled": "1", "message-type": "auth",
+                        "message-params": {"name_en": "Nameless", "name_ru": "Nameless"}})");
     const auto page = m_machine.openPage();
     QVERIFY(page);
     QTreeView *view = m_machine.view(*page);
@@ -177,6 +180,8 @@ void NotificationPageTest::theMenuOffersNotifications()
              (QStringList{QStringLiteral("Disable notifications sending"),
                           QStringLiteral("Notification settings")}));
     QCOMPARE(texts(QStringLiteral("quiet")), QStringList());
+    QVERIFY(event(*page, QStringLiteral("nameless")));
+    QCOMPARE(texts(QStringLiteral("nameless")), QStringList());
 }
 
 void NotificationPageTest::whatIsSetUpSurvivesTheCircle_data()
