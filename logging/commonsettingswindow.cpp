@@ -28,6 +28,9 @@ CommonSettingsWindow::CommonSettingsWindow(ConfigAccessService &service, QWidget
     m_logRotationSettings->setObjectName(QStringLiteral("logRotationSettings"));
     m_settingsExporter->setObjectName(QStringLiteral("settingsExporter"));
     m_settingsImporter->setObjectName(QStringLiteral("settingsImporter"));
+    connect(m_settingsImporter, &SettingsImporter::importStarted, this, &CommonSettingsWindow::importStarted);
+    connect(m_settingsImporter, &SettingsImporter::importFinished, this,
+            &CommonSettingsWindow::importFinished);
     m_ui->destinationsTabLayout->addWidget(m_destinationsSettings);
     m_ui->logRotateTabLayout->addWidget(m_logRotationSettings);
     m_ui->exportTabLayout->addWidget(m_settingsExporter);

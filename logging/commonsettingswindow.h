@@ -41,7 +41,10 @@ public Q_SLOTS:
     void reject() override;
 
 Q_SIGNALS:
-    /// All configuration files may have been replaced.
+    /// As those of the page for the import.
+    void importStarted();
+    void importFinished(bool imported);
+    /// All configuration files may have been replaced, and the user has been told.
     void configurationImported();
 
 private:

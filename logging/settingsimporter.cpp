@@ -36,7 +36,10 @@ bool SettingsImporter::importConfig()
     QString problem = ArchiveMessages::pathProblem(path);
     if (problem.isEmpty()) {
         const BusyIndicator busy(this);
-        problem = m_service.importConfig(path) ? QString() : m_service.errorString();
+        Q_EMIT importStarted();
+        const bool imported = m_service.importConfig(path);
+        Q_EMIT importFinished(imported);
+        problem = imported ? QString() : m_service.errorString();
     }
     if (!problem.isEmpty()) {
         ArchiveMessages::showFailure(this, i18n("Can not import configuration!"), problem);

@@ -31,6 +31,15 @@ public:
     /// Empties the file field.
     void clear();
 
+Q_SIGNALS:
+    /// From here on files may be replaced.
+    void importStarted();
+    /**
+     * No more files are replaced. Comes before the user is told.
+     * @param imported whether the configuration was replaced.
+     */
+    void importFinished(bool imported);
+
 private:
     std::unique_ptr<Ui_SettingsImporter> m_ui;
     ConfigAccessService &m_service;

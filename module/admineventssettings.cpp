@@ -5,6 +5,7 @@
 
 #include <auditkeeper.h>
 #include <commonsettingswindow.h>
+#include <configwatcher.h>
 #include <loggingservice.h>
 #include <statewidget.h>
 
@@ -18,6 +19,15 @@ void AdminEventsModule::createEditor()
     connect(
         m_commonSettings, &CommonSettingsWindow::configurationImported, m_commonSettings,
         [this] { configurationImported(); }, Qt::DirectConnection);
+    // What an import brings is the page's own change, and shown when the user has been told of it.
+    connect(m_commonSettings, &CommonSettingsWindow::importStarted, this,
+            &AdminEventsModule::stopWatchConfigs);
+    connect(m_commonSettings, &CommonSettingsWindow::importFinished, this, [this](bool imported) {
+        if (imported && m_watcher) {
+            m_watcher->acknowledge();
+        }
+        startWatchConfigs();
+    });
 }
 
 void AdminEventsModule::configurationImported()

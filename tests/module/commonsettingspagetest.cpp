@@ -20,6 +20,7 @@
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 QPushButton *settingsButton(const AdminEventsModule &page)
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void cleanup();
     void buttonOpensTheDestinations();
     void importBringsTheExportedStateBack();
+    void importIsNobodyElsesChange();
     void importTellsOfEditsThatItDrops();
     void failedImportLeavesThePageAlone();
     void recordReachesTheDestinationThatWasAdded();
@@ -167,6 +169,45 @@ void CommonSettingsPageTest::importBringsTheExportedStateBack()
     // And the same again leaves nothing to save.
     SettingsWindow::clickOk(*page);
     QCOMPARE(files(), exported);
+}
+
+void CommonSettingsPageTest::importIsNobodyElsesChange()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    const QString archive = m_home.filePath(QStringLiteral("own.tar.gz"));
+    {
+        const BoxAnswerer boxes(QMessageBox::No);
+        SettingsWindow::transfer(*page, "exportTab", archive);
+        m_machine.toggle(*page, QStringLiteral("plain"));
+        page->save();
+        QTRY_VERIFY(m_machine.serviceCalls().contains(QStringLiteral("restart syslog-ng")));
+    }
+    const QByteArray saved = PageFixture::read(m_machine.settingsPath());
+    const auto *bar = page->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
+    // The question about a reboot stays for longer than the watch needs to notice something.
+    int looks = 0;
+    bool wasToldOfAnother = false;
+    QTimer look;
+    connect(&look, &QTimer::timeout, this, [&] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            wasToldOfAnother |= bar->isVisibleTo(page.get());
+            if (++looks == 5) {
+                box->button(QMessageBox::No)->click();
+            }
+        }
+    });
+    look.start(300);
+    SettingsWindow::transfer(*page, "importTab", archive);
+    QCOMPARE(looks, 5);
+    QVERIFY2(!wasToldOfAnother, qPrintable(bar->text()));
+    QVERIFY(PageFixture::read(m_machine.settingsPath()) != saved);
+    QCOMPARE(PageFixture::node(page->workingModel(), QStringLiteral("plain"))->checkState,
+             int(Qt::Unchecked));
+    // The watch goes on.
+    m_machine.replace(m_machine.settingsPath(), saved);
+    QTRY_VERIFY(bar->isVisibleTo(page.get()));
+    QCOMPARE(PageFixture::node(page->workingModel(), QStringLiteral("plain"))->checkState, int(Qt::Checked));
 }
 
 void CommonSettingsPageTest::importTellsOfEditsThatItDrops()
