@@ -176,7 +176,7 @@ bool AdminEventsModule::save_p()
     }
     startWatchConfigs();
     if (saved && std::exchange(m_notificationsWritten, false)) {
-        m_savedNote = notificationsUpdated();
+        m_savedNote = presentToUsers();
     }
     return saved;
 }

@@ -160,7 +160,9 @@ private:
     [[nodiscard]] bool removeDisabledNotificationsConfigs();
     [[nodiscard]] bool runNotificationAction(QLatin1String verb, const QString &argument,
                                              const QVariant &value);
-    /// Gives all users the superuser's notification settings; what the user must know, or nothing.
+    /// Gives what was set up to those for whom it holds; what the user must know of it, or nothing.
+    [[nodiscard]] QString presentToUsers() const;
+    /// Gives all users the superuser's notification settings; names those who could not be given them.
     [[nodiscard]] QString notificationsUpdated() const;
 
     // Loading and saving

@@ -290,14 +290,19 @@ bool AdminEventsModule::removeDisabledNotificationsConfigs()
         || runNotificationAction(ActionIds::removeNotificationConfigs, QStringLiteral("paths"), paths);
 }
 
+QString AdminEventsModule::presentToUsers() const
+{
+    const QDir superusers(SystemPaths::resolve(SystemPaths::superuserConfiguration()));
+    if (QFileInfo(NotificationsDictionary::ownFile(QString())).absoluteDir() == superusers) {
+        return notificationsUpdated();
+    }
+    return i18n("How notifications are presented was set for your account only; other users keep what they "
+                "have. The superuser's page sets it for everybody.");
+}
+
 QString AdminEventsModule::notificationsUpdated() const
 {
     const QDir directory(SystemPaths::resolve(SystemPaths::superuserConfiguration()));
-    if (QFileInfo(NotificationsDictionary::ownFile(QString())).absoluteDir() != directory) {
-        return i18n(
-            "How notifications are presented was set for your account only; other users keep what they "
-            "have. The superuser's page sets it for everybody.");
-    }
     const QStringList names
         = directory.entryList({QStringLiteral("nivra-event-watcher*.notifyrc")}, QDir::Files);
     bool copied = false;
