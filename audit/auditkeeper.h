@@ -25,13 +25,16 @@ public:
      */
     [[nodiscard]] bool read(const QStringList &users, const QStringList &groups);
 
+    /// True once read() has been called.
+    [[nodiscard]] bool wasAsked() const { return m_state != State::NotRead; }
+
     /**
      * To be called when somebody else has replaced the settings, as an import does: the tree then shows those
      * saved with the events, and the next write() sends all of them.
      */
     void forget();
 
-    /// Copies the settings into a tree that no model shows yet; see AuditTree::synchronize().
+    /// Copies what was read, nothing before that, into a tree; see AuditTree::synchronize().
     void copyInto(EventTreeItem &root) const;
 
     /**

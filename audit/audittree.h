@@ -24,11 +24,12 @@ namespace AuditTree {
 [[nodiscard]] bool namesOperations(const EventTreeItem &root);
 
 /**
- * Copies what the system records into the tree, which no model shows yet.
+ * Copies what the system records into the tree.
  *
  * Operations that @p system says nothing of are left alone, and so are the events that are off, unless the
  * system records an operation that no event which is on names: then the events that are off show it. An
- * account's missing "succ" or "fail" is added, switched off.
+ * account's missing "succ" or "fail" is added, switched off; so the first call for a tree comes before a
+ * model shows it. Later ones change values only, and whoever shows them repaints them.
  */
 void synchronize(EventTreeItem &root, const AuditSettings &system);
 

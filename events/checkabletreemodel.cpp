@@ -52,13 +52,21 @@ void followState(EventTreeItem *leaf)
 CheckableTreeModel::CheckableTreeModel(const EventConfigStorage &storage, QObject *parent)
     : QAbstractItemModel(parent)
     , m_rootItem(std::make_unique<EventTreeItem>(QVector<QVariant>{i18n("Name"), i18n("Value")}))
-    , m_composedIcon(
-          createComposedIcon(QStringLiteral("zep-notifications"), QStringLiteral("dialog-information")))
     , m_storage(storage)
 {
 }
 
 CheckableTreeModel::~CheckableTreeModel() = default;
+
+QPixmap CheckableTreeModel::bothMarks() const
+{
+    // Made when a row first needs it: looking up theme icons is slow, and the reference model shows none.
+    if (m_composedIcon.isNull()) {
+        m_composedIcon
+            = createComposedIcon(QStringLiteral("zep-notifications"), QStringLiteral("dialog-information"));
+    }
+    return m_composedIcon.pixmap(32, 16);
+}
 
 void CheckableTreeModel::setRootItem(EventTreeItem *root)
 {
@@ -149,7 +157,7 @@ QVariant CheckableTreeModel::data(const QModelIndex &index, int role) const
 QVariant CheckableTreeModel::decoration(const EventTreeItem &item) const
 {
     if (item.generatesLoad && item.isNotificationOn()) {
-        return m_composedIcon.pixmap(32, 16);
+        return bothMarks();
     }
     if (item.generatesLoad) {
         return QIcon::fromTheme(QStringLiteral("dialog-information"));

@@ -107,11 +107,12 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QVariant decoration(const EventTreeItem &item) const;
+    [[nodiscard]] QPixmap bothMarks() const;
     [[nodiscard]] QString toolTip(const EventTreeItem &item) const;
     [[nodiscard]] QVariant customRole(const QModelIndex &index, const EventTreeItem *item, int role) const;
     bool toggle(const QModelIndex &index);
 
     std::unique_ptr<EventTreeItem> m_rootItem;
-    QIcon m_composedIcon;
+    mutable QIcon m_composedIcon; // null until it is needed
     const EventConfigStorage &m_storage;
 };

@@ -60,6 +60,8 @@ void EventFinder::createSearchFilter()
 
 void EventFinder::searchEvent(const QString &text) const
 {
+    // Not before there is something to clear: looking for its icon would delay the page's first appearance.
+    m_ui->eventSearch->setClearButtonEnabled(true);
     QToolTip::hideText(); // it may speak of a row that goes
     m_proxy->setFilterQuery(text);
     showResult(text);

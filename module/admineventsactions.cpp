@@ -33,6 +33,14 @@ bool isArrowKey(int key)
 }
 } // namespace
 
+EventExample &AdminEventsModule::example()
+{
+    if (!m_example) {
+        m_example = new EventExample(this);
+    }
+    return *m_example;
+}
+
 EventTreeItem *AdminEventsModule::itemAt(const QModelIndex &proxyIndex) const
 {
     return proxyIndex.isValid() ? m_workingModel->itemAt(m_proxy->mapToSource(proxyIndex)) : nullptr;
@@ -87,7 +95,7 @@ void AdminEventsModule::contextMenuRequested(const QPoint &position)
 
 void AdminEventsModule::addEventActions(QMenu *menu, EventTreeItem *event)
 {
-    m_example->prepareExample(event);
+    example().prepareExample(event);
     menu->addAction(QIcon::fromTheme(QStringLiteral("document-edit")), i18n("Show example of an event"),
                     m_example, &EventExample::showExample);
     // The page may load its trees anew while the menu is open.

@@ -19,11 +19,14 @@ namespace {
 constexpr int jsonColumn = 2;
 }
 
-void AdminEventsModule::createAuditDialog()
+AuditDialog &AdminEventsModule::auditDialog()
 {
-    m_auditDialog = new AuditDialog(this);
-    connect(m_auditDialog, &AuditDialog::auditSettingsEdited, this,
-            &AdminEventsModule::auditSettingsAccepted);
+    if (!m_auditDialog) {
+        m_auditDialog = new AuditDialog(this);
+        connect(m_auditDialog, &AuditDialog::auditSettingsEdited, this,
+                &AdminEventsModule::auditSettingsAccepted);
+    }
+    return *m_auditDialog;
 }
 
 void AdminEventsModule::editAudited(const QModelIndex &index)
@@ -36,12 +39,13 @@ void AdminEventsModule::editAudited(const QModelIndex &index)
         return;
     }
     m_editedSubjects = NodeAddress(*item);
-    m_auditDialog->setWindowTitle(name.data().toString());
-    m_auditDialog->setTableData(index.siblingAtColumn(jsonColumn).data().toString());
-    m_auditDialog->setDialogType(users ? AuditDialog::Users : AuditDialog::Groups);
-    m_auditDialog->show();
-    m_auditDialog->raise();
-    m_auditDialog->activateWindow();
+    AuditDialog &dialog = auditDialog();
+    dialog.setWindowTitle(name.data().toString());
+    dialog.setTableData(index.siblingAtColumn(jsonColumn).data().toString());
+    dialog.setDialogType(users ? AuditDialog::Users : AuditDialog::Groups);
+    dialog.show();
+    dialog.raise();
+    dialog.activateWindow();
 }
 
 void AdminEventsModule::auditSettingsAccepted(const QList<QVariant> &result)
@@ -54,12 +58,11 @@ void AdminEventsModule::auditSettingsAccepted(const QList<QVariant> &result)
     }
 }
 
-void AdminEventsModule::getAuditSettings(const EventTreeItem &root)
+bool AdminEventsModule::getAuditSettings(const EventTreeItem &root)
 {
     // A catalog without such events gives no reason to ask for a password.
-    if (AuditTree::namesOperations(root)) {
-        (void)m_auditKeeper->read(m_users, m_groups); // showAuditState() tells a failure
-    }
+    return !m_auditKeeper->wasAsked() && AuditTree::namesOperations(root)
+        && m_auditKeeper->read(m_users, m_groups); // showAuditState() tells a failure
 }
 
 void AdminEventsModule::synchronizeAuditSettings(EventTreeItem &root) const

@@ -15,21 +15,31 @@
 namespace {
 constexpr int jsonColumn = 2;
 
-void bringUp(QDialog *dialog)
+void bringUp(QDialog &dialog)
 {
-    dialog->show();
-    dialog->raise();
-    dialog->activateWindow();
+    dialog.show();
+    dialog.raise();
+    dialog.activateWindow();
 }
 } // namespace
 
-void AdminEventsModule::createFileDialogs()
+FilesDialog &AdminEventsModule::filesDialog()
 {
-    m_filesDialog = new FilesDialog(this);
-    m_diskSpaceDialog = new DiskSpaceMonDialog(this);
-    connect(m_filesDialog, &FilesDialog::fileListEdited, this, &AdminEventsModule::fileArrayAccepted);
-    connect(m_diskSpaceDialog, &DiskSpaceMonDialog::directoriesEdited, this,
-            &AdminEventsModule::directoriesAccepted);
+    if (!m_filesDialog) {
+        m_filesDialog = new FilesDialog(this);
+        connect(m_filesDialog, &FilesDialog::fileListEdited, this, &AdminEventsModule::fileArrayAccepted);
+    }
+    return *m_filesDialog;
+}
+
+DiskSpaceMonDialog &AdminEventsModule::diskSpaceDialog()
+{
+    if (!m_diskSpaceDialog) {
+        m_diskSpaceDialog = new DiskSpaceMonDialog(this);
+        connect(m_diskSpaceDialog, &DiskSpaceMonDialog::directoriesEdited, this,
+                &AdminEventsModule::directoriesAccepted);
+    }
+    return *m_diskSpaceDialog;
 }
 
 void AdminEventsModule::editWatched(const QModelIndex &index)
@@ -38,16 +48,18 @@ void AdminEventsModule::editWatched(const QModelIndex &index)
     const bool files = name.data(CheckableTreeModel::FileArrayRole).toBool();
     if (files || name.data(CheckableTreeModel::DirectoryArrayRole).toBool()) {
         m_editedList = NodeAddress(*itemAt(index));
-        m_filesDialog->setWindowTitle(name.data().toString());
-        m_filesDialog->setDialogType(files ? FilesDialog::Files : FilesDialog::Directories);
-        m_filesDialog->setData(index.data());
-        bringUp(m_filesDialog);
+        FilesDialog &dialog = filesDialog();
+        dialog.setWindowTitle(name.data().toString());
+        dialog.setDialogType(files ? FilesDialog::Files : FilesDialog::Directories);
+        dialog.setData(index.data());
+        bringUp(dialog);
     }
     if (name.data(CheckableTreeModel::DirectoriesRole).toBool()) {
         m_editedDirectories = NodeAddress(*itemAt(index));
-        m_diskSpaceDialog->setWindowTitle(name.data().toString());
-        m_diskSpaceDialog->setData(index.siblingAtColumn(jsonColumn).data().toString());
-        bringUp(m_diskSpaceDialog);
+        DiskSpaceMonDialog &dialog = diskSpaceDialog();
+        dialog.setWindowTitle(name.data().toString());
+        dialog.setData(index.siblingAtColumn(jsonColumn).data().toString());
+        bringUp(dialog);
     }
 }
 

@@ -16,6 +16,7 @@
 #include <eventswriter.h>
 #include <eventtreeitem.h>
 #include <loggingservice.h>
+#include <notificationsdictionary.h>
 #include <singleeventsparser.h>
 #include <statewidget.h>
 #include <systempaths.h>
@@ -25,8 +26,10 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QHeaderView>
 #include <QMessageBox>
 #include <QScopedValueRollback>
+#include <QTimer>
 
 #include <utility>
 
@@ -54,11 +57,32 @@ void AdminEventsModule::access()
 {
     load_p();
     stateWidget()->resetState();
-    m_accessed = true;
     startWatchConfigs();
     if (!m_firstViewerArgument.isEmpty() && !m_secondViewerArgument.isEmpty()) {
         notificationSettingsFromViewer(m_secondViewerArgument, m_firstViewerArgument);
     }
+    createNextDialog();
+}
+
+void AdminEventsModule::createNextDialog()
+{
+    // Each in a turn of the event loop of its own: in between, the page is painted and takes input.
+    if (!m_filesDialog) {
+        (void)filesDialog();
+    } else if (!m_diskSpaceDialog) {
+        (void)diskSpaceDialog();
+    } else if (!m_auditDialog) {
+        (void)auditDialog();
+    } else if (!m_example) {
+        (void)example();
+    } else if (!m_commonSettings) {
+        (void)commonSettings();
+    } else if (!m_dbusDialog) {
+        (void)dbusDialog();
+    } else {
+        return;
+    }
+    QTimer::singleShot(0, this, &AdminEventsModule::createNextDialog);
 }
 
 void AdminEventsModule::change()
@@ -103,6 +127,7 @@ void AdminEventsModule::load_p()
     const TreeViewState viewState(m_ui->singleEventsView);
     loadEvents(parser);
     viewState.restore();
+    NotificationsDictionary::Instance()->init(); // for the dialogs only, so the events come first
     m_loadedSettings = settings.contentHash;
     showSettingsFileState(settings);
     showAuditState();
@@ -117,12 +142,22 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser)
     m_groups = parser.groups();
     std::unique_ptr<EventTreeItem> working(parser.parse());
     std::unique_ptr<EventTreeItem> reference(parser.parse());
-    getAuditSettings(*working);
     // Before a model shows them: what the system records is no change.
     synchronizeAuditSettings(*working);
     synchronizeAuditSettings(*reference);
+    // The column is measured once, when all is there, and not at every group that opens.
+    QHeaderView *header = m_ui->singleEventsView->header();
+    header->setSectionResizeMode(0, QHeaderView::Fixed);
     m_workingModel->setRootItem(working.release());
+    header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     m_referenceModel->setRootItem(reference.release());
+    // For the first load it remains to ask the system. That takes its time, in which the page is shown
+    // already.
+    if (getAuditSettings(*m_workingModel->rootItem())) {
+        synchronizeAuditSettings(*m_workingModel->rootItem());
+        synchronizeAuditSettings(*m_referenceModel->rootItem());
+        m_ui->singleEventsView->viewport()->update();
+    }
 }
 
 void AdminEventsModule::checkEventSettingsDirectory()

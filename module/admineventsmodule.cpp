@@ -10,9 +10,9 @@
 #include <checkabletreemodel.h>
 #include <configaccessservice.h>
 #include <eventconfigstorage.h>
-#include <eventexample.h>
 #include <eventsproxymodel.h>
 #include <loggingservice.h>
+#include <servicestatusreader.h>
 #include <statewidget.h>
 #include <systempaths.h>
 
@@ -31,20 +31,16 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     , m_configAccessService(new ConfigAccessService(this))
     , m_loggingService(new LoggingService(this))
     , m_auditService(new AuditService(this))
+    , m_statusReader(new ServiceStatusReader(this))
     , m_auditKeeper(std::make_unique<AuditKeeper>(*m_auditService))
     , m_storage(
           std::make_unique<EventConfigStorage>(SystemPaths::resolve(SystemPaths::eventSettingsDirectory())))
 {
     m_ui->setupUi(this);
     createMessageBar();
-    m_example = new EventExample(this);
-    createFileDialogs();
-    createAuditDialog();
-    createEditor();
     createToolButtons();
     createView();
     createSearch();
-    createDbusDialog();
 
     setButtons(Help | Apply);
     stateWidget()->setResetButtonVisible(true);

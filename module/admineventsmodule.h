@@ -14,6 +14,7 @@
 #include <KMessageWidget>
 
 #include <memory>
+#include <optional>
 
 class AuditDialog;
 class AuditKeeper;
@@ -34,6 +35,7 @@ class LoggingService;
 class QMenu;
 class QModelIndex;
 class QPoint;
+class ServiceStatusReader;
 class SingleEventsParser;
 class Ui_AdminEventsModule;
 
@@ -113,7 +115,6 @@ protected:
 
 private:
     // Building the page
-    void createEditor();
     void createToolButtons();
     void createView();
     void createSearch();
@@ -122,20 +123,27 @@ private:
     void showMessage(KMessageWidget::MessageType type, const QString &text);
     void expandSeView() const;
 
+    // Dialogs: made when the page has been shown, one after the other, or when they are first needed
+    void createNextDialog();
+    [[nodiscard]] FilesDialog &filesDialog();
+    [[nodiscard]] DiskSpaceMonDialog &diskSpaceDialog();
+    [[nodiscard]] AuditDialog &auditDialog();
+    [[nodiscard]] EventExample &example();
+    [[nodiscard]] CommonSettingsWindow &commonSettings();
+    [[nodiscard]] DBusDialog &dbusDialog();
+
     // Working with events
     [[nodiscard]] EventTreeItem *itemAt(const QModelIndex &proxyIndex) const;
     void addEventActions(QMenu *menu, EventTreeItem *event);
 
     // Watched files, directories and disk space
-    void createFileDialogs();
     void editWatched(const QModelIndex &index);
     void showGone(const NodeAddress &address);
 
     // Audit settings of users and groups
     enum class AuditSave { Unchanged, Written, Failed };
-    void createAuditDialog();
     void editAudited(const QModelIndex &index);
-    void getAuditSettings(const EventTreeItem &root);
+    [[nodiscard]] bool getAuditSettings(const EventTreeItem &root);
     void synchronizeAuditSettings(EventTreeItem &root) const;
     void showAuditState();
     [[nodiscard]] bool checkAuditSettings();
@@ -143,7 +151,6 @@ private:
     [[nodiscard]] bool rebootsForAudit();
 
     // Notifications
-    void createDbusDialog();
     void addNotificationActions(QMenu *menu, const EventTreeItem &event);
     void setNotificationOn(const QString &eventId, const QString &notifyrcPath, const QStringList &lines,
                            NotificationsDialogType type);
@@ -175,6 +182,7 @@ private:
 
     // The logging service
     void switchSngStatus();
+    void showSngStatus(bool auditdRuns, bool syslogNgRuns);
     void setSngAction(bool running) const;
     void startSyslogNg();
     void stopSyslogNg();
@@ -183,6 +191,7 @@ private:
     ConfigAccessService *m_configAccessService;
     LoggingService *m_loggingService;
     AuditService *m_auditService;
+    ServiceStatusReader *m_statusReader;
     std::unique_ptr<AuditKeeper> m_auditKeeper;
     std::unique_ptr<EventConfigStorage> m_storage;
     NodeDictionary m_dictionary;
@@ -190,19 +199,19 @@ private:
     CheckableTreeModel *m_workingModel = nullptr; // as edited
     EventsProxyModel *m_proxy = nullptr;
     EventFinder *m_finder = nullptr;
+    KMessageWidget *m_messageBar = nullptr;
+    FilesDialog *m_filesDialog = nullptr; // this and the other dialogs: absent until they are made
+    DiskSpaceMonDialog *m_diskSpaceDialog = nullptr;
+    AuditDialog *m_auditDialog = nullptr;
     EventExample *m_example = nullptr;
     CommonSettingsWindow *m_commonSettings = nullptr;
-    KMessageWidget *m_messageBar = nullptr;
     DBusDialog *m_dbusDialog = nullptr;
     NotificationStore m_notifications; // fragments on disk, and those not written yet
     bool m_notificationsWritten = false; // and not yet given to the users
     QString m_savedNote; // to be shown once the page is loaded again
     ConfigWatcher *m_watcher = nullptr; // absent until the first startWatchConfigs()
-    FilesDialog *m_filesDialog = nullptr;
-    DiskSpaceMonDialog *m_diskSpaceDialog = nullptr;
     NodeAddress m_editedList; // what the files dialog edits
     NodeAddress m_editedDirectories;
-    AuditDialog *m_auditDialog = nullptr;
     NodeAddress m_editedSubjects; // what the audit dialog edits
     NodeAddress m_editedNode; // what the open dialog edits
     QStringList m_users; // the system's, as last loaded
@@ -210,9 +219,8 @@ private:
     QByteArray m_loadedSettings; // hash of the settings file as loaded
     QString m_firstViewerArgument;
     QString m_secondViewerArgument;
-    bool m_accessed = false;
     bool m_reloading = false;
     bool m_auditChanged = false; // since the last load, as of the last check
     bool m_valueRejected = false; // the message bar says why
-    bool m_sngRunning = false; // as last shown
+    std::optional<bool> m_sngRunning; // as last shown
 };

@@ -34,13 +34,16 @@
 #include <QMenu>
 #include <QMessageBox>
 
-void AdminEventsModule::createDbusDialog()
+DBusDialog &AdminEventsModule::dbusDialog()
 {
-    m_dbusDialog = new DBusDialog(*m_configAccessService, *m_loggingService, this);
-    connect(m_dbusDialog, &DBusDialog::configGenerated, this, &AdminEventsModule::notificationAccepted);
-    connect(m_dbusDialog, &QDialog::rejected, this, &AdminEventsModule::notificationRejected);
-    connect(m_dbusDialog, &DBusDialog::repetitionChanged, this,
-            [this](const EventTreeItem *event) { m_workingModel->announceChange(event); });
+    if (!m_dbusDialog) {
+        m_dbusDialog = new DBusDialog(*m_configAccessService, *m_loggingService, this);
+        connect(m_dbusDialog, &DBusDialog::configGenerated, this, &AdminEventsModule::notificationAccepted);
+        connect(m_dbusDialog, &QDialog::rejected, this, &AdminEventsModule::notificationRejected);
+        connect(m_dbusDialog, &DBusDialog::repetitionChanged, this,
+                [this](const EventTreeItem *event) { m_workingModel->announceChange(event); });
+    }
+    return *m_dbusDialog;
 }
 
 void AdminEventsModule::addNotificationActions(QMenu *menu, const EventTreeItem &event)
@@ -89,7 +92,7 @@ void AdminEventsModule::switchDbus(EventTreeItem *item, bool on)
     const QString messageId = EventMessage::id(*item);
     if (!on) {
         m_notifications.drop(messageId);
-        if (m_dbusDialog->event() == item) {
+        if (m_dbusDialog && m_dbusDialog->event() == item) {
             detachNotificationDialog();
         }
         setNotificationState(*item, EventTreeItem::NotificationOff);
@@ -135,9 +138,10 @@ void AdminEventsModule::setNotificationOn(const QString &eventId, const QString 
     if (!event) {
         return;
     }
-    if (m_dbusDialog->isVisible() && m_dbusDialog->event() == event) {
-        m_dbusDialog->raise();
-        m_dbusDialog->activateWindow();
+    DBusDialog &dialog = dbusDialog();
+    if (dialog.isVisible() && dialog.event() == event) {
+        dialog.raise();
+        dialog.activateWindow();
         return;
     }
     if (!isNotificationDialogFree()) {
@@ -150,20 +154,20 @@ void AdminEventsModule::setNotificationOn(const QString &eventId, const QString 
         showError(unreadable);
         return;
     }
-    m_dbusDialog->clearParams();
+    dialog.clearParams();
     if (type == NotificationsDialogType::Existing) {
-        m_dbusDialog->setParams(key, notifyrcPath, lines);
+        dialog.setParams(key, notifyrcPath, lines);
     }
-    m_dbusDialog->setDialogType(type);
-    if (!m_dbusDialog->setEvent(event)) {
+    dialog.setDialogType(type);
+    if (!dialog.setEvent(event)) {
         return;
     }
     if (type == NotificationsDialogType::New) {
         setNotificationState(*event, EventTreeItem::NotificationSwitchedOn);
     }
-    m_dbusDialog->show();
-    m_dbusDialog->raise();
-    m_dbusDialog->activateWindow();
+    dialog.show();
+    dialog.raise();
+    dialog.activateWindow();
 }
 
 void AdminEventsModule::notificationAccepted(const QString &messageId, const QStringList &lines)
@@ -184,13 +188,15 @@ void AdminEventsModule::notificationRejected()
 
 void AdminEventsModule::detachNotificationDialog()
 {
-    m_dbusDialog->hide();
-    (void)m_dbusDialog->setEvent(nullptr);
+    if (m_dbusDialog) {
+        m_dbusDialog->hide();
+        (void)m_dbusDialog->setEvent(nullptr);
+    }
 }
 
 bool AdminEventsModule::isNotificationDialogFree()
 {
-    if (!m_dbusDialog->isVisible()) {
+    if (!m_dbusDialog || !m_dbusDialog->isVisible()) {
         return true;
     }
     QMessageBox::information(this, i18n("Notification settings"),
@@ -228,7 +234,6 @@ void AdminEventsModule::readNotificationsSettings()
 {
     m_notifications.readFromDisk();
     DBusKeeper::Instance()->init();
-    NotificationsDictionary::Instance()->init();
 }
 
 void AdminEventsModule::settleNotifications()

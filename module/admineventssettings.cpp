@@ -12,8 +12,11 @@
 #include <KLocalizedString>
 #include <KMessageWidget>
 
-void AdminEventsModule::createEditor()
+CommonSettingsWindow &AdminEventsModule::commonSettings()
 {
+    if (m_commonSettings) {
+        return *m_commonSettings;
+    }
     m_commonSettings = new CommonSettingsWindow(*m_configAccessService, this);
     m_commonSettings->setWindowTitle(i18n("Common parameters"));
     connect(
@@ -28,6 +31,7 @@ void AdminEventsModule::createEditor()
         }
         startWatchConfigs();
     });
+    return *m_commonSettings;
 }
 
 void AdminEventsModule::configurationImported()

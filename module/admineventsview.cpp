@@ -13,6 +13,7 @@
 #include <eventsproxymodel.h>
 #include <loggingservice.h>
 #include <plainmessage.h>
+#include <servicestatusreader.h>
 #include <snghandler.h>
 #include <tooltipper.h>
 
@@ -105,18 +106,28 @@ void AdminEventsModule::createToolButtons()
     settings->setIcon(QIcon::fromTheme(QStringLiteral("gear")));
     settings->setText(i18n("Settings"));
     settings->setStyleSheet(style);
-    connect(settings, &QPushButton::clicked, m_commonSettings,
-            &CommonSettingsWindow::openDestinationSettings);
+    connect(settings, &QPushButton::clicked, this, [this] { commonSettings().openDestinationSettings(); });
     m_ui->sngStartStopButton->setStyleSheet(style);
+    connect(m_statusReader, &ServiceStatusReader::finished, this, &AdminEventsModule::showSngStatus);
+    // Whether it runs is not known yet.
+    m_ui->sngStatusLabel->clear();
+    m_ui->sngStartStopButton->setText(i18n("Start logging service"));
+    m_ui->sngStartStopButton->setEnabled(false);
     switchSngStatus();
 }
 
 void AdminEventsModule::switchSngStatus()
 {
+    m_statusReader->read();
+}
+
+void AdminEventsModule::showSngStatus(bool auditdRuns, bool syslogNgRuns)
+{
     SngHandler *handler = SngHandler::Instance();
-    const bool running = handler->getStatus();
+    handler->setToolTip(auditdRuns, syslogNgRuns);
     m_ui->sngStatusLabel->setToolTip(handler->toolTip()); // one service may change without the other
-    if (running == m_sngRunning && m_accessed) {
+    const bool running = auditdRuns && syslogNgRuns;
+    if (running == m_sngRunning) {
         // Also after a start that came to nothing, the button can be tried again.
         m_ui->sngStartStopButton->setEnabled(true);
         return;

@@ -30,7 +30,6 @@ QString shownName(const EventTreeItem &parameter)
 DBusDialog::DBusDialog(ConfigAccessService &configAccess, LoggingService &loggingService, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui_DBusDialog>())
-    , m_player(new QMediaPlayer(this))
     , m_message(new KMessageWidget(this))
     , m_configAccess(configAccess)
     , m_loggingService(loggingService)
@@ -134,7 +133,9 @@ bool DBusDialog::setEvent(EventTreeItem *event)
         box->deleteLater();
     }
     m_paramBoxes.clear();
-    m_player->stop();
+    if (m_player) {
+        m_player->stop();
+    }
     if (!event) {
         return true;
     }

@@ -79,7 +79,7 @@ public Q_SLOTS:
     void enableSoundElements() const;
     void enableLogFileElements() const;
     void enableExecuteElements() const;
-    void playButtonClicked() const;
+    void playButtonClicked();
     void soundDialogButtonClicked();
     void logFileDialogButtonClicked();
     void executeDialogButtonClicked();
@@ -108,12 +108,13 @@ private:
     [[nodiscard]] QStringList checkedActions() const;
     void chooseFile(QLineEdit *edit, const QString &caption, const QString &directory, const QString &filter);
     void showProblem() const;
+    void createPlayer();
     void say(const QString &text, bool isError) const;
     [[nodiscard]] QStringList cutFields() const;
 
     std::unique_ptr<Ui_DBusDialog> m_ui;
     EventTreeItem *m_event = nullptr;
-    QMediaPlayer *m_player;
+    QMediaPlayer *m_player = nullptr; // absent until something is played: making one loads a sound system
     KMessageWidget *m_message;
     NotificationsDialogType m_dialogType = NotificationsDialogType::New;
     ConfigAccessService &m_configAccess;

@@ -112,9 +112,6 @@ void DBusDialog::connectWidgets()
     for (QLineEdit *edit : {m_ui->titleLineEdit, m_ui->soundEdit, m_ui->logFileEdit, m_ui->executeEdit}) {
         connect(edit, &QLineEdit::textChanged, this, &DBusDialog::showProblem);
     }
-    connect(m_player, qOverload<QMediaPlayer::Error>(&QMediaPlayer::error), this,
-            [this] { say(i18n("The sound cannot be played: %1", m_player->errorString()), true); });
-    connect(this, &QDialog::finished, m_player, &QMediaPlayer::stop);
     // Enter accepts the dialog, wherever the focus is.
     const QList<QPushButton *> buttons
         = {m_ui->playButton, m_ui->soundDialogButton, m_ui->logFileDialogButton, m_ui->executeDialogButton};
@@ -152,13 +149,24 @@ void DBusDialog::enableExecuteElements() const
     m_ui->executeDialogButton->setEnabled(enabled);
 }
 
-void DBusDialog::playButtonClicked() const
+void DBusDialog::createPlayer()
+{
+    m_player = new QMediaPlayer(this);
+    connect(m_player, qOverload<QMediaPlayer::Error>(&QMediaPlayer::error), this,
+            [this] { say(i18n("The sound cannot be played: %1", m_player->errorString()), true); });
+    connect(this, &QDialog::finished, m_player, &QMediaPlayer::stop);
+}
+
+void DBusDialog::playButtonClicked()
 {
     showProblem();
     const QString path = m_ui->soundEdit->text();
     if (!QFileInfo(path).isFile()) {
         say(i18n("The sound cannot be played: there is no file “%1”.", path), true);
         return;
+    }
+    if (!m_player) {
+        createPlayer();
     }
     m_player->setMedia(QUrl::fromLocalFile(path));
     m_player->play();

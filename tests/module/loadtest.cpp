@@ -21,6 +21,8 @@
 #include <QTest>
 #include <QTreeView>
 
+#include <algorithm>
+
 /// Building, loading and watching.
 class LoadTest : public QObject
 {
@@ -43,6 +45,8 @@ private Q_SLOTS:
     void comparingIndexesMarksWhatDiffers();
     void everyExternalChangeReloadsThePage();
     void aFileThatAppearsLaterIsWatched();
+    void aLoadListsTheUsersAndTheGroupsOnceAndSideBySide();
+    void theEventsAreOnTheDisplayBeforeTheServiceManagerAnswers();
     void anExternalChangeDropsUnsavedEditsAndSaysSo();
     void whatOnePageAppliesAnotherShowsAndSaysWhy();
     void ownSavesCauseNoReload();
@@ -376,6 +380,60 @@ void LoadTest::aRefusedValueIsExplainedInTheMessageBar()
     // The next change that is taken takes the message away.
     m_machine.type(*page, QStringLiteral("watch"), {QStringLiteral("interval")}, QStringLiteral("60"));
     QVERIFY(!page->findChild<KMessageWidget *>(QStringLiteral("messageBar"))->isVisibleTo(page.get()));
+}
+
+void LoadTest::aLoadListsTheUsersAndTheGroupsOnceAndSideBySide()
+{
+    // Each listing waits for the other one to have been started.
+    const QString getent = m_machine.root() + QStringLiteral("/bin/getent");
+    m_machine.write(getent,
+                    "#!/bin/sh\n"
+                    "cd \"$(dirname \"$0\")\" || exit 1\n"
+                    "echo \"$1\" >> listings\n"
+                    "other=group; [ \"$1\" = group ] && other=passwd\n"
+                    "i=0\n"
+                    "until grep -q $other listings; do\n"
+                    "  i=$((i+1)); [ $i -gt 80 ] && { echo alone >> listings; exit 1; }\n"
+                    "  sleep 0.05\n"
+                    "done\n"
+                    "echo root:x\n");
+    QVERIFY(QFile::setPermissions(getent, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    const auto listings = [this] {
+        QList<QByteArray> lines
+            = m_machine.read(m_machine.root() + QStringLiteral("/bin/listings")).trimmed().split('\n');
+        std::sort(lines.begin(), lines.end());
+        return lines;
+    };
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    QCOMPARE(listings(), QList<QByteArray>({"group", "passwd"}));
+    page->load_p();
+    QCOMPARE(listings(), QList<QByteArray>({"group", "group", "passwd", "passwd"}));
+    QVERIFY(QFile::remove(getent));
+}
+
+void LoadTest::theEventsAreOnTheDisplayBeforeTheServiceManagerAnswers()
+{
+    // Answers when it is allowed to, at last.
+    const QString manager = m_machine.root() + QStringLiteral("/bin/systemctl");
+    m_machine.write(
+        manager,
+        "#!/bin/sh\n"
+        "i=0\n"
+        "until [ -e \"$(dirname \"$0\")/answer\" ] || [ $i -gt 200 ]; do i=$((i+1)); sleep 0.05; done\n"
+        "exit 0\n");
+    AdminEventsModule page(nullptr, {});
+    auto *button = page.findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
+    const auto *label = page.findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    page.show();
+    QTRY_VERIFY(page.workingModel()->rowCount() > 0);
+    QVERIFY(!page.isBusy());
+    QVERIFY(label->text().isEmpty());
+    QVERIFY(!button->isEnabled());
+    m_machine.write(m_machine.root() + QStringLiteral("/bin/answer"), {});
+    QTRY_COMPARE(label->text(), QStringLiteral("Logging service is running."));
+    QVERIFY(button->isEnabled());
+    QCOMPARE(label->toolTip(), QStringLiteral("auditd: on, syslog-ng: on"));
 }
 
 void LoadTest::theServiceButtonFollowsTheService()

@@ -7,9 +7,11 @@
 #include <eventlookup.h>
 #include <eventtreeitem.h>
 
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
+#include <QLabel>
 #include <QTest>
 #include <QTreeView>
 
@@ -118,7 +120,13 @@ std::unique_ptr<AdminEventsModule> PageFixture::openPage(const QVariantList &arg
     page->show();
     // The shell's base class loads a page from the event loop, when it is shown for the first time.
     const bool loaded = QTest::qWaitFor([&page] { return page->workingModel()->rowCount() > 0; }, 5000);
-    return loaded ? std::move(page) : nullptr;
+    // What the page leaves for after its first painting: the state of the service, and its dialogs.
+    const auto *serviceState = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    const bool settled = loaded && QTest::qWaitFor([&page, serviceState] {
+                             return !serviceState->text().isEmpty()
+                                 && page->findChild<QDialog *>(QStringLiteral("DBusDialog"));
+                         });
+    return settled ? std::move(page) : nullptr;
 }
 
 QString PageFixture::settingsPath() const
