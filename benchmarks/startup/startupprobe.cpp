@@ -97,11 +97,14 @@ void StartupProbe::waitUntilSettled()
 
 void StartupProbe::write(const char *word) const
 {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    std::array<char, 64> line{};
-    const int length = std::snprintf(line.data(), line.size(), "%s %lld%09ld\n", word,
-                                     static_cast<long long>(now.tv_sec), now.tv_nsec);
+    const auto nanoseconds = [](clockid_t clock) {
+        timespec now{};
+        clock_gettime(clock, &now);
+        return static_cast<long long>(now.tv_sec) * 1000000000LL + now.tv_nsec;
+    };
+    std::array<char, 80> line{};
+    const int length = std::snprintf(line.data(), line.size(), "%s %lld %lld\n", word,
+                                     nanoseconds(CLOCK_MONOTONIC), nanoseconds(CLOCK_PROCESS_CPUTIME_ID));
     (void)!::write(m_descriptor, line.data(), static_cast<std::size_t>(length));
 }
 

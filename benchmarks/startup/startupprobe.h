@@ -10,9 +10,9 @@
 /**
  * Watches a settings shell from inside, whatever page it opens, and tells when the page is there.
  *
- * The toolkit loads it into any program whose environment has QT_GENERIC_PLUGINS=startupprobe. To the file
- * descriptor that STARTUP_PROBE_FD names it writes, as lines of a word and nanoseconds of the monotonic
- * clock:
+ * The toolkit loads it into any program whose environment has QT_QPA_GENERIC_PLUGINS=startupprobe. To the
+ * file descriptor that STARTUP_PROBE_FD names it writes lines of a word, nanoseconds of the monotonic clock,
+ * and nanoseconds of processor time that the program has used:
  *
  * - "painted": the page is on the display for the first time, as yet without its content perhaps;
  * - "shown": the page is on the display, and every item view on it has rows;
