@@ -83,6 +83,8 @@ private Q_SLOTS:
     void refusesWhatIsNoRegularFile();
     void refusesWhatStandsInForAParent_data();
     void refusesWhatStandsInForAParent();
+    void grantsTheRemovalOfWhatHasNoDirectory_data();
+    void grantsTheRemovalOfWhatHasNoDirectory();
     void refusesABackupDirectoryThatIsNone_data();
     void refusesABackupDirectoryThatIsNone();
     void leavesTheOtherNameOfAHardLinkAlone_data();
@@ -174,6 +176,10 @@ void RefusedTargetsTest::refusesWhatStandsInForAParent_data()
     for (const auto &[verb, path] : writers()) {
         for (const QString &parent : parentsOf(path)) {
             for (const char *kind : {"symbolic link", "regular file", "named pipe", "nothing"}) {
+                if (verb == QLatin1String("removenotificationconfigs")
+                    && QLatin1String(kind) == QLatin1String("nothing")) {
+                    continue; // what is to be removed is not there
+                }
                 QTest::newRow(qPrintable(verb + QLatin1Char(' ') + path + QLatin1String(": ")
                                          + QLatin1String(kind) + QLatin1String(" for ") + parent))
                     << verb << path << parent << QString::fromLatin1(kind);
@@ -209,6 +215,31 @@ void RefusedTargetsTest::refusesWhatStandsInForAParent()
     QVERIFY(!requestHelper(verb, m_fixture.sound(verb, path)).ok);
     QCOMPARE(m_fixture.snapshot(), before);
     ++m_count;
+}
+
+void RefusedTargetsTest::grantsTheRemovalOfWhatHasNoDirectory_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("parent");
+    for (const auto &[verb, path] : writers()) {
+        if (verb == QLatin1String("removenotificationconfigs")) {
+            for (const QString &parent : parentsOf(path)) {
+                QTest::newRow(qPrintable(parent)) << path << parent;
+            }
+        }
+    }
+}
+
+void RefusedTargetsTest::grantsTheRemovalOfWhatHasNoDirectory()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, parent);
+    const QString verb = QStringLiteral("removenotificationconfigs");
+    QVERIFY(QDir().rename(below(parent), below(QStringLiteral("/aside"))));
+    const TreeSnapshot before = m_fixture.snapshot();
+    const HelperAnswer answer = requestHelper(verb, m_fixture.sound(verb, path));
+    QVERIFY2(answer.ok, qPrintable(answer.text));
+    QCOMPARE(m_fixture.snapshot(), before);
 }
 
 void RefusedTargetsTest::refusesABackupDirectoryThatIsNone_data()
