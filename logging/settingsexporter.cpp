@@ -14,6 +14,7 @@
 
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPointer>
 
 SettingsExporter::SettingsExporter(ConfigAccessService &service, QWidget *parent)
     : QWidget(parent)
@@ -46,10 +47,14 @@ bool SettingsExporter::exportConfig()
         showFailure(problem);
         return true;
     }
+    const QPointer<SettingsExporter> self(this); // the page may be closed while the helper works
     bool exported = false;
     {
         const BusyIndicator busy(this);
         exported = m_service.exportConfig(path);
+    }
+    if (!self) {
+        return true;
     }
     if (exported) {
         former.drop();

@@ -14,6 +14,7 @@
 #include <KLocalizedString>
 
 #include <QMessageBox>
+#include <QPointer>
 
 SettingsImporter::SettingsImporter(ConfigAccessService &service, QWidget *parent)
     : QWidget(parent)
@@ -33,16 +34,23 @@ bool SettingsImporter::importConfig()
         return false;
     }
     const QString path = ArchiveMessages::absolutePath(m_ui->fileWidget->filePath());
+    const QPointer<SettingsImporter> self(this); // the page may be closed while the helper works
     QString problem = ArchiveMessages::pathProblem(path);
+    bool imported = false;
     if (problem.isEmpty()) {
         const BusyIndicator busy(this);
         Q_EMIT importStarted();
-        const bool imported = m_service.importConfig(path);
-        Q_EMIT importFinished(imported);
-        problem = imported ? QString() : m_service.errorString();
+        imported = m_service.importConfig(path);
+        if (self) {
+            Q_EMIT importFinished(imported);
+        }
     }
-    if (!problem.isEmpty()) {
-        ArchiveMessages::showFailure(this, i18n("Can not import configuration!"), problem);
+    if (!self) {
+        return false;
+    }
+    if (!imported) {
+        ArchiveMessages::showFailure(this, i18n("Can not import configuration!"),
+                                     problem.isEmpty() ? m_service.errorString() : problem);
         return false;
     }
     if (mainConfigImportFault()) {

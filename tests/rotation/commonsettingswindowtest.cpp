@@ -289,6 +289,26 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_bus.root()).entryList({QStringLiteral("bad-kept*")}).size(), 1);
     }
 
+    void pageMayCloseWhileTheHelperWorks()
+    {
+        write(archive("slow-kept.tar.gz"), "former");
+        for (const char *tab : {"exportTab", "importTab"}) {
+            init();
+            show(tab);
+            fileLine(tab)->setText(archive("slow-kept.tar.gz"));
+            const BoxAnswerer answerer(QMessageBox::Yes);
+            QTimer::singleShot(200, this, [this] {
+                m_window.reset();
+                m_service.reset();
+            });
+            // Not by the mouse: the button does not outlive the click.
+            QMetaObject::invokeMethod(m_window.get(), &CommonSettingsWindow::accept, Qt::QueuedConnection);
+            QTRY_VERIFY(!m_window);
+            QTRY_VERIFY(asked().endsWith(QLatin1String("slow-kept.tar.gz")));
+            QTRY_COMPARE(read(archive("slow-kept.tar.gz")), QByteArray("former"));
+        }
+    }
+
     void exportThroughALinkIsRefusedBeforeAnythingIsEmptied()
     {
         write(archive("victim.tar.gz"), "of somebody");
