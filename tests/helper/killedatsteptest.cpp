@@ -7,6 +7,7 @@
 #include "configwriter.h"
 #include "filechanges.h"
 #include "fragmentstore.h"
+#include "notifyrcwork.h"
 #include "transfersample.h"
 
 #include <QSet>
@@ -94,6 +95,7 @@ class KilledAtStepTest : public QObject
 private Q_SLOTS:
     void leavesOldOrNew_data();
     void leavesOldOrNew();
+    void leavesAUsersOwnFilesOldOrNew();
 
 private:
     static Outcome carryOut(const QString &verb, const QString &root);
@@ -196,6 +198,47 @@ void KilledAtStepTest::leavesOldOrNew()
                   step - 1, halfway);
             QVERIFY(halfway > 0);
             QVERIFY(TransferSample::contents(root.path()) == after);
+            return;
+        }
+    }
+    QFAIL("it does not end");
+}
+
+void KilledAtStepTest::leavesAUsersOwnFilesOldOrNew()
+{
+    const QString replaced = QStringLiteral("nivra-event-watcher_a.notifyrc");
+    const QString removed = QStringLiteral("nivra-event-watcher_b.notifyrc");
+    const QString made = QStringLiteral("nivra-event-watcher_c.notifyrc");
+    const UserNotifications::Changes changes{
+        {replaced, QByteArray("new")}, {removed, std::nullopt}, {made, QByteArray("made")}};
+    QSet<QByteArrayList> states;
+    for (int step = 1; step < stepLimit; ++step) {
+        QTemporaryDir home;
+        const QString directory = home.filePath(QStringLiteral(".config/"));
+        QVERIFY(QDir().mkdir(directory));
+        QVERIFY(putFile(directory + replaced, "former"));
+        QVERIFY(putFile(directory + removed, "removed"));
+        // What runs as the user, in the process that is traced.
+        const NotifyrcWriting writing(::geteuid(), QFile::encodeName(home.path()), changes);
+        const End end = runAndKill(
+            [&writing] {
+                writing.run(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+                return true;
+            },
+            step);
+        if (end == End::NotTraced && step == 1) {
+            QSKIP("this system does not let a process be traced");
+        }
+        const QByteArrayList state{getFile(directory + replaced), getFile(directory + removed),
+                                   getFile(directory + made)};
+        const bool isSound = (state.at(0) == "former" || state.at(0) == "new")
+            && (state.at(1) == "removed" || state.at(1).isNull())
+            && (state.at(2).isNull() || state.at(2) == "made");
+        QVERIFY2(isSound, qPrintable(QString::number(step)));
+        states << state;
+        if (end == End::Done) {
+            QCOMPARE(state, (QByteArrayList{"new", QByteArray(), "made"}));
+            QVERIFY(states.size() > 2);
             return;
         }
     }
