@@ -164,6 +164,13 @@ void EventWatcher::repeat(const QString &key)
     if (repetition == nullptr) {
         return;
     }
+    // The administrator may have changed his mind since the event.
+    const int seconds = m_repetition.interval(key);
+    if (seconds == 0) {
+        endRepetition(key);
+        return;
+    }
+    repetition->setInterval(seconds * 1000);
     play(repetition->presentation);
     if (repetition->presentation.popup) {
         m_popups.showAgain(repetition->event);

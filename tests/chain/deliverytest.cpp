@@ -96,6 +96,7 @@ private Q_SLOTS:
     void onlyAdministratorsAreTold();
     void theUserWhomTheRecordNamesIsTold();
     void theMessageIsRepeatedUntilTheUserSaysStop();
+    void theRepetitionEndsWhenItIsSwitchedOff();
     void settingsAreReadAgainWhenTheyAreSaidToHaveChanged();
     void theServiceWaitsForTheBus();
     void theServiceOutlivesTheBus();
@@ -345,6 +346,23 @@ void DeliveryTest::theMessageIsRepeatedUntilTheUserSaysStop()
     m_server->invoke(last.id, last.actions.value(0));
     QTest::qWait(6500);
     QCOMPARE(m_server->shown.size(), 3);
+}
+
+void DeliveryTest::theRepetitionEndsWhenItIsSwitchedOff()
+{
+    const auto put = [this](const QByteArray &enabled) {
+        return this->put("etc/nivra-syslog.conf",
+                         "{\"first\": {\"notification_repetition\": {\"enabled\": \"" + enabled
+                             + "\", \"interval\": \"5\"}}}");
+    };
+    QVERIFY(put("1"));
+    QVERIFY2(m_sandbox->start(), m_sandbox->output().constData());
+    QVERIFY(startWatcher());
+    QVERIFY(m_sandbox->send(record("first", "ivanov")));
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, 15000);
+    QVERIFY(put("0"));
+    QTest::qWait(6500);
+    QCOMPARE(m_server->shown.size(), 1);
 }
 
 void DeliveryTest::settingsAreReadAgainWhenTheyAreSaidToHaveChanged()
