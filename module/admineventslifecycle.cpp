@@ -299,14 +299,11 @@ void AdminEventsModule::configsChanged(const QString &path)
     }
     stateWidget()->resetState();
     Q_EMIT changed(false);
-    if (m_messageBar->isVisible()) {
-        return; // it already says something worse of that file
-    }
     const QString happened = i18n("%1 was changed by another program or page.", path);
-    showMessage(dropsEdits ? KMessageWidget::Warning : KMessageWidget::Information,
-                dropsEdits
-                    ? i18n("%1 The page was loaded again; changes that were not saved are gone.", happened)
-                    : i18n("%1 The page was loaded again.", happened));
+    addMessage(dropsEdits ? KMessageWidget::Warning : KMessageWidget::Information,
+               dropsEdits
+                   ? i18n("%1 The page was loaded again; changes that were not saved are gone.", happened)
+                   : i18n("%1 The page was loaded again.", happened));
 }
 
 void AdminEventsModule::dataChanged()

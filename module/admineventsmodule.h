@@ -121,6 +121,8 @@ private:
     void createMessageBar();
     /// Shows a text in the page's message bar, in the place of what it said before.
     void showMessage(KMessageWidget::MessageType type, const QString &text);
+    /// As showMessage(), above what the bar says already.
+    void addMessage(KMessageWidget::MessageType type, const QString &text);
     void expandSeView() const;
 
     // Dialogs: made when the page has been shown, one after the other, or when they are first needed
@@ -200,6 +202,7 @@ private:
     EventsProxyModel *m_proxy = nullptr;
     EventFinder *m_finder = nullptr;
     KMessageWidget *m_messageBar = nullptr;
+    QString m_message; // the bar's last text
     FilesDialog *m_filesDialog = nullptr; // this and the other dialogs: absent until they are made
     DiskSpaceMonDialog *m_diskSpaceDialog = nullptr;
     AuditDialog *m_auditDialog = nullptr;

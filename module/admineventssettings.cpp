@@ -42,9 +42,8 @@ void AdminEventsModule::configurationImported()
     load_p();
     stateWidget()->resetState();
     Q_EMIT changed(false);
-    if (dropsEdits && !m_messageBar->isVisible()) {
-        showMessage(
-            KMessageWidget::Information,
-            i18n("The page shows the imported event settings; changes that were not saved are gone."));
+    if (dropsEdits) {
+        addMessage(KMessageWidget::Information,
+                   i18n("The page shows the imported event settings; changes that were not saved are gone."));
     }
 }

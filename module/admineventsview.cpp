@@ -35,7 +35,18 @@ void AdminEventsModule::createMessageBar()
 
 void AdminEventsModule::showMessage(KMessageWidget::MessageType type, const QString &text)
 {
+    m_message = text;
     PlainMessage::show(m_messageBar, type, text.split(QLatin1Char('\n')));
+}
+
+void AdminEventsModule::addMessage(KMessageWidget::MessageType type, const QString &text)
+{
+    if (m_messageBar->isHidden()) {
+        showMessage(type, text);
+        return;
+    }
+    // The worse of the two decides how it looks.
+    showMessage(qMax(type, m_messageBar->messageType()), text + QLatin1Char('\n') + m_message);
 }
 
 void AdminEventsModule::createView()

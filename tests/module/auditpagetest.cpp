@@ -64,6 +64,7 @@ private Q_SLOTS:
     void settingsThatCouldNotBeReadAreNotWritten();
     void aFailedWriteKeepsTheEditsAndSaysWhy();
     void aReloadDoesNotReadTheSettingsAgain();
+    void aFailedReadDoesNotHideThatEditsAreGone();
     void aCatalogWithoutAuditedOperationsAsksForNothing();
     void aReloadUnderTheOpenDialogLosesNoAnswer();
     void twoDialogsKeepToTheirOwnNodes();
@@ -458,6 +459,22 @@ void AuditPageTest::aReloadDoesNotReadTheSettingsAgain()
     QTRY_COMPARE(resets.size(), 1);
     QCOMPARE(value(*page, user(QStringLiteral("alice"), "succ")), QStringLiteral("1"));
     QVERIFY(page->compareModels());
+}
+
+void AuditPageTest::aFailedReadDoesNotHideThatEditsAreGone()
+{
+    QVERIFY(m_machine.bus->setAllowed(false));
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    const auto *bar = page->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
+    QVERIFY2(bar->text().contains(QStringLiteral("could not be read")), qPrintable(bar->text()));
+    m_machine.toggle(*page, QStringLiteral("watch"));
+    QSignalSpy resets(page->workingModel(), &QAbstractItemModel::modelReset);
+    m_machine.replace(m_machine.settingsPath(), "{ \"plain\": { \"enabled\": \"1\" } }");
+    QTRY_COMPARE(resets.size(), 1);
+    QTRY_VERIFY2(bar->text().contains(QStringLiteral("not saved are gone")), qPrintable(bar->text()));
+    QVERIFY2(bar->text().contains(m_machine.settingsPath()), qPrintable(bar->text()));
+    QVERIFY2(bar->text().contains(QStringLiteral("audited could not be read")), qPrintable(bar->text()));
 }
 
 void AuditPageTest::aCatalogWithoutAuditedOperationsAsksForNothing()

@@ -49,6 +49,8 @@ private Q_SLOTS:
     void theEventsAreOnTheDisplayBeforeTheServiceManagerAnswers();
     void anExternalChangeDropsUnsavedEditsAndSaysSo();
     void whatOnePageAppliesAnotherShowsAndSaysWhy();
+    void whatOnePageAppliesTakesTheEditsOfAnotherAndSaysSo();
+    void aDamagedFileDoesNotHideThatEditsAreGone();
     void ownSavesCauseNoReload();
     void aClickOnASwitchInTheViewTurnsItAlone();
     void aRefusedValueIsExplainedInTheMessageBar();
@@ -315,6 +317,47 @@ void LoadTest::whatOnePageAppliesAnotherShowsAndSaysWhy()
     QVERIFY(!bar->text().contains(QStringLiteral("gone"))); // nothing was lost there
     QVERIFY(other->compareModels());
     QVERIFY(!one->findChild<KMessageWidget *>(QStringLiteral("messageBar"))->isVisibleTo(one.get()));
+}
+
+void LoadTest::whatOnePageAppliesTakesTheEditsOfAnotherAndSaysSo()
+{
+    const auto one = m_machine.openPage();
+    const auto other = m_machine.openPage();
+    QVERIFY(one && other);
+    m_machine.toggle(*other, QStringLiteral("watch"));
+    m_machine.toggle(*one, QStringLiteral("plain"));
+    m_machine.type(*one, QStringLiteral("watch"), {QStringLiteral("interval")}, QStringLiteral("60"));
+    QSignalSpy changes(other.get(), qOverload<bool>(&KCModule::changed));
+    one->save();
+    const auto *bar = other->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
+    QTRY_VERIFY(bar->isVisibleTo(other.get()));
+    QVERIFY2(bar->text().contains(m_machine.settingsPath()), qPrintable(bar->text()));
+    QVERIFY2(bar->text().contains(QStringLiteral("not saved are gone")), qPrintable(bar->text()));
+    QCOMPARE(bar->messageType(), KMessageWidget::Warning);
+    CheckableTreeModel *shown = other->workingModel();
+    QCOMPARE(m_machine.node(shown, QStringLiteral("plain"))->checkState, int(Qt::Checked));
+    QCOMPARE(m_machine.node(shown, QStringLiteral("watch"))->checkState, int(Qt::Unchecked));
+    QCOMPARE(m_machine.node(shown, QStringLiteral("watch"), {QStringLiteral("interval")})->data(1).toString(),
+             QStringLiteral("60"));
+    QCOMPARE(changes.last().at(0).toBool(), false);
+    // Applied in turn: nobody asks whether to replace what is known.
+    m_machine.toggle(*other, QStringLiteral("watch"));
+    other->save();
+    QTRY_COMPARE(m_machine.node(one->workingModel(), QStringLiteral("watch"))->checkState, int(Qt::Checked));
+    QCOMPARE(m_machine.node(one->workingModel(), QStringLiteral("plain"))->checkState, int(Qt::Checked));
+}
+
+void LoadTest::aDamagedFileDoesNotHideThatEditsAreGone()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    m_machine.toggle(*page, QStringLiteral("plain"));
+    m_machine.write(m_machine.settingsPath(), "{ damaged");
+    const auto *bar = page->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
+    QTRY_VERIFY(bar->isVisibleTo(page.get()));
+    QVERIFY2(bar->text().contains(QStringLiteral("could not be read")), qPrintable(bar->text()));
+    QVERIFY2(bar->text().contains(QStringLiteral("not saved are gone")), qPrintable(bar->text()));
+    QCOMPARE(bar->messageType(), KMessageWidget::Warning);
 }
 
 void LoadTest::ownSavesCauseNoReload()
