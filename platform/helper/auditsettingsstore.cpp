@@ -67,6 +67,11 @@ Result<SubjectSettings> settingsIn(const QByteArray &text, const QString &path)
 
 Result<QByteArray> textOf(const SubjectSettings &settings, const QString &machine)
 {
+    // What is written can be read again.
+    if (const quint32 count = SubjectText::subjectsIn(settings); count > SubjectText::subjectLimit) {
+        return Outcome::failure(i18n("At most %1 audit settings of users and groups can be kept, not %2.",
+                                     QString::number(SubjectText::subjectLimit), QString::number(count)));
+    }
     const Result<QList<QByteArray>> rules = SubjectRules::make(settings, machine);
     if (!rules) {
         return rules.outcome();

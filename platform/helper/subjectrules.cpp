@@ -9,6 +9,7 @@
 #include <KLocalizedString>
 
 #include <QHash>
+#include <QSet>
 
 #include <limits>
 
@@ -21,6 +22,9 @@ constexpr int failureBit = 2;
 // auditctl takes 63 fields a rule; architecture, outcome, key, two for arguments and two for a range of users
 // are kept free.
 constexpr int exclusionLimit = 56;
+
+// Of more conditions than this it is no use to know how many they are.
+constexpr int countLimit = 10 * SubjectRules::ruleLimit;
 
 QByteArray userField(const NumberRange &range)
 {
@@ -106,13 +110,16 @@ private:
         const QList<NumberRange> ranges
             = NumberRanges::of(m_settings.users, [this](int value) { return (value & m_bit) != 0; });
         for (const NumberRange &range : ranges) {
-            m_fields.append(userField(range));
+            if (m_fields.size() < countLimit) {
+                m_fields.append(userField(range));
+            }
         }
     }
 
     void addGroups()
     {
-        for (auto it = m_settings.groups.cbegin(); it != m_settings.groups.cend(); ++it) {
+        for (auto it = m_settings.groups.cbegin();
+             it != m_settings.groups.cend() && m_fields.size() < countLimit; ++it) {
             if ((it.value() & m_bit) != 0) {
                 m_fields.append(" -F gid=" + QByteArray::number(it.key()));
             }
@@ -155,12 +162,14 @@ Result<QList<QByteArray>> fieldsOf(const OperationSettings &settings, const QStr
     if (!success || !failure) {
         return success ? failure.outcome() : success.outcome();
     }
+    const QSet<QByteArray> succeeding(success.value().cbegin(), success.value().cend());
+    const QSet<QByteArray> failing(failure.value().cbegin(), failure.value().cend());
     QList<QByteArray> fields;
     for (const QByteArray &subject : success.value()) {
-        fields.append(failure.value().contains(subject) ? subject : subject + " -F success=1");
+        fields.append(failing.contains(subject) ? subject : subject + " -F success=1");
     }
     for (const QByteArray &subject : failure.value()) {
-        if (!success.value().contains(subject)) {
+        if (!succeeding.contains(subject)) {
             fields.append(subject + " -F success=0");
         }
     }
@@ -240,7 +249,10 @@ Result<QList<QByteArray>> SubjectRules::make(const SubjectSettings &settings, co
     RuleWriter writer(machine);
     for (const QString &identifier : AuditOperations::identifiers()) {
         const QString twin = AuditOperations::twinOf(identifier);
-        if (!twin.isEmpty()) {
+        // Comparing all with all is for those that may be set.
+        const bool isJoint = !twin.isEmpty() && conditions.value(identifier).size() <= ruleLimit
+            && conditions.value(twin).size() <= ruleLimit;
+        if (isJoint) {
             const JointConditions joint(conditions.value(identifier), conditions.value(twin));
             writer.add(identifier, {keyOf(identifier), keyOf(twin)}, joint.both());
             conditions[identifier] = joint.first();

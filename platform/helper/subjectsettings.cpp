@@ -39,18 +39,19 @@ void writeValues(QByteArray &text, const QByteArray &prefix, const OperationSett
     }
 }
 
-bool readRange(const QByteArray &word, int value, OperationSettings::Values &values)
+/** @param room how many subjects may still be listed. */
+bool readRange(const QByteArray &word, int value, OperationSettings::Values &values, quint32 &room)
 {
     const QList<QByteArray> ends = word.split('-');
     bool firstIsNumber = false;
     bool lastIsNumber = false;
     const quint32 first = ends.first().toUInt(&firstIsNumber);
     const quint32 last = ends.last().toUInt(&lastIsNumber);
-    // A wrong range must not fill the memory.
-    constexpr quint32 longest = 1000000;
-    if (ends.size() > 2 || !firstIsNumber || !lastIsNumber || last < first || last - first > longest) {
+    // Wrong ranges, one or many, must not fill the memory.
+    if (ends.size() > 2 || !firstIsNumber || !lastIsNumber || last < first || last - first >= room) {
         return false;
     }
+    room -= last - first + 1;
     for (quint32 id = first;; ++id) {
         values.insert(id, value);
         if (id == last) {
@@ -59,7 +60,7 @@ bool readRange(const QByteArray &word, int value, OperationSettings::Values &val
     }
 }
 
-bool readLine(const QByteArray &line, SubjectSettings &settings)
+bool readLine(const QByteArray &line, SubjectSettings &settings, quint32 &room)
 {
     QList<QByteArray> words = line.mid(mark.size()).split(' ');
     if (words.size() < 3) {
@@ -83,7 +84,7 @@ bool readLine(const QByteArray &line, SubjectSettings &settings)
     }
     OperationSettings::Values &values = type == "users" ? operation.users : operation.groups;
     for (const QByteArray &word : qAsConst(words)) {
-        if (!readRange(word, value, values)) {
+        if (!readRange(word, value, values, room)) {
             return false;
         }
     }
@@ -91,6 +92,15 @@ bool readLine(const QByteArray &line, SubjectSettings &settings)
 }
 
 } // namespace
+
+quint32 SubjectText::subjectsIn(const SubjectSettings &settings)
+{
+    quint32 count = 0;
+    for (const OperationSettings &operation : settings) {
+        count += quint32(operation.users.size()) + quint32(operation.groups.size());
+    }
+    return count;
+}
 
 QByteArray SubjectText::write(const SubjectSettings &settings)
 {
@@ -111,9 +121,10 @@ QByteArray SubjectText::write(const SubjectSettings &settings)
 Result<SubjectSettings> SubjectText::read(const QByteArray &text, const QString &path)
 {
     SubjectSettings settings;
+    quint32 room = subjectLimit;
     const QList<QByteArray> lines = text.split('\n');
     for (int i = 0; i < lines.size(); ++i) {
-        if (lines.at(i).startsWith(mark) && !readLine(lines.at(i), settings)) {
+        if (lines.at(i).startsWith(mark) && !readLine(lines.at(i), settings, room)) {
             return Outcome::failure(
                 i18n("Line %1 of \"%2\" holds no audit setting.", QString::number(i + 1), path));
         }

@@ -41,6 +41,12 @@ using SubjectSettings = QMap<QString, OperationSettings>;
  */
 namespace SubjectText {
 
+/** The most subjects of all operations together that a text may list: as many as a request. */
+constexpr quint32 subjectLimit = 2000000;
+
+/** The subjects of all operations together. */
+quint32 subjectsIn(const SubjectSettings &settings);
+
 /** The same settings always give the same text; no line is longer than 300 bytes. */
 QByteArray write(const SubjectSettings &settings);
 

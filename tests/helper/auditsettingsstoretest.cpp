@@ -1,10 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "auditsettingsstore.h"
+#include "auditoperations.h"
 #include "backupstore.h"
 #include "subjectrules.h"
 #include "treesnapshot.h"
 
+#include <QCryptographicHash>
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,6 +22,13 @@ const QString machine = QStringLiteral("x86_64");
 AuditChange changeOf(SubjectType type, const QMap<QPair<QString, QString>, int> &values)
 {
     return {type, values};
+}
+
+/// As somebody who wants to do harm would make it: the checksum is right.
+QByteArray forged(const QByteArray &settings)
+{
+    return settings + "# checksum " + QCryptographicHash::hash(settings, QCryptographicHash::Sha256).toHex()
+        + '\n';
 }
 
 } // namespace
@@ -44,6 +54,8 @@ private Q_SLOTS:
     void tooManyRulesAreRefusedAndNothingChanges();
     void aFileChangedByHandIsNeitherReadNorReplaced_data();
     void aFileChangedByHandIsNeitherReadNorReplaced();
+    void aFileThatNamesTooManySubjectsIsRefused();
+    void aFileThatNeedsFarTooManyRulesIsRefusedSoon();
     void aLinkInThePlaceOfTheFileIsRefused();
     void settingsOfAnAccountThatIsGoneStayWithItsNumber();
     void largeSitesAreRememberedInShortLines();
@@ -254,6 +266,41 @@ void AuditSettingsStoreTest::aFileChangedByHandIsNeitherReadNorReplaced()
     QVERIFY2(written.error().contains(QLatin1String("nivra-syslog-subjects.rules")),
              qPrintable(written.error()));
     QCOMPARE(takeSnapshot(m_root->path()), before);
+}
+
+void AuditSettingsStoreTest::aFileThatNamesTooManySubjectsIsRefused()
+{
+    QByteArray settings = "#@ open users 3";
+    for (int i = 0; i < 3; ++i) {
+        settings += ' ' + QByteArray::number(i * 1000000) + '-' + QByteArray::number(i * 1000000 + 700000);
+    }
+    const QString path = AuditSettingsStore::path();
+    const Outcome refused = AuditSettingsStore::check(path, forged(settings + '\n'));
+    QVERIFY2(refused.error().contains(QLatin1String("Line 1 of \"") + path), qPrintable(refused.error()));
+    QVERIFY(putFile(rulesPath(), forged("#@ open users 3 0-4294967295\n")));
+    QVERIFY(!store().set(changeOf(SubjectType::Users, {{{QStringLiteral("bob"), opening}, 3}})));
+    // As many as a file may name, and one more by a request.
+    const QByteArray most = "#@ open users 3 2000-" + QByteArray::number(SubjectText::subjectLimit + 1999);
+    QVERIFY(putFile(rulesPath(), forged(most + '\n')));
+    const TreeSnapshot before = takeSnapshot(m_root->path());
+    const Outcome more = store().set(changeOf(SubjectType::Users, {{{QStringLiteral("bob"), opening}, 3}}));
+    QVERIFY2(more.error().contains(QString::number(SubjectText::subjectLimit)), qPrintable(more.error()));
+    QCOMPARE(takeSnapshot(m_root->path()), before);
+}
+
+void AuditSettingsStoreTest::aFileThatNeedsFarTooManyRulesIsRefusedSoon()
+{
+    const int groups = 100000;
+    QByteArray settings;
+    for (const QString &identifier : AuditOperations::identifiers()) {
+        settings += "#@ " + identifier.toLatin1() + " groups 3 1-" + QByteArray::number(groups) + '\n';
+    }
+    QElapsedTimer timer;
+    timer.start();
+    const Outcome refused = AuditSettingsStore::check(AuditSettingsStore::path(), forged(settings));
+    QVERIFY2(refused.error().contains(QString::number(SubjectRules::ruleLimit)), qPrintable(refused.error()));
+    // The bus does not wait longer than that for an answer.
+    QVERIFY2(timer.elapsed() < 25000, qPrintable(QString::number(timer.elapsed())));
 }
 
 void AuditSettingsStoreTest::aLinkInThePlaceOfTheFileIsRefused()
