@@ -15,7 +15,12 @@ void appendEscaped(QString &target, const QString &text, bool shield)
     for (const QChar *c = plain; c != end; ++c) {
         const ushort code = c->unicode();
         const bool named = code == '"' || code == '\\';
-        if (!named && code >= 0x20 && code != 0x7f && !(shield && code == '}')) {
+        const bool surrogate = c->isSurrogate();
+        if (!named && code >= 0x20 && code != 0x7f && !(shield && code == '}') && !surrogate) {
+            continue;
+        }
+        if (c->isHighSurrogate() && c + 1 != end && (c + 1)->isLowSurrogate()) {
+            ++c;
             continue;
         }
         target.append(plain, static_cast<int>(c - plain));

@@ -36,6 +36,8 @@ void JsonTextTest::quotedTextReadsBack_data()
     QTest::newRow("braces") << QStringLiteral("},  } { ]");
     QTest::newRow("control characters") << QString(QStringLiteral("a\nb\tc\r") + QChar(1) + QChar(0x7f));
     QTest::newRow("letters of all kinds") << QStringLiteral("Ёж é 漢 \U0001F512");
+    QTest::newRow("halves of pairs") << QString(QChar(0xdd12)) + QChar(0xd83d) + QLatin1Char('x')
+            + QChar(0xd83d);
 }
 
 void JsonTextTest::quotedTextReadsBack()
