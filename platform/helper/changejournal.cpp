@@ -128,6 +128,24 @@ Outcome removeLeftovers(const SafeDirectory &root, const QStringList &names)
     return Outcome::success();
 }
 
+/** Removes what was being kept or noted; nobody else is at it, since the directory is locked. */
+Outcome removeUnfinished(const SafeDirectory &directory)
+{
+    const Result<QStringList> entries = directory.entries();
+    if (!entries) {
+        return entries.outcome();
+    }
+    for (const QString &entry : entries.value()) {
+        if (TemporaryName::fileNameOf(entry).isEmpty()) {
+            continue;
+        }
+        if (Outcome removed = directory.remove(entry); !removed) {
+            return removed;
+        }
+    }
+    return Outcome::success();
+}
+
 } // namespace
 
 ChangeJournal::Row ChangeJournal::rowFor(const ConfigTarget &target, const QString &kept,
@@ -201,7 +219,7 @@ Outcome ChangeJournal::recover(const SafeDirectory &root, const SafeDirectory &d
             return cleaned;
         }
     }
-    return Outcome::success();
+    return removeUnfinished(directory);
 }
 
 } // namespace AdminEventsHelper

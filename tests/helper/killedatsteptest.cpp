@@ -3,6 +3,7 @@
 #include "archiveforge.h"
 #include "auditsettingsstore.h"
 #include "backupstore.h"
+#include "changingcalls.h"
 #include "configtransfer.h"
 #include "configwriter.h"
 #include "filechanges.h"
@@ -10,15 +11,11 @@
 #include "notifyrcwork.h"
 #include "transfersample.h"
 
-#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
-#include <fcntl.h>
 #include <functional>
-#include <sys/ptrace.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 
 using namespace AdminEventsHelper;
@@ -26,18 +23,6 @@ using namespace AdminEventsHelper;
 namespace {
 
 constexpr int stepLimit = 2000;
-
-/** Whether a process that has stopped is about to change something on the disk. */
-bool isAboutToChange(pid_t child)
-{
-    static const QSet<quint64> changing{
-        SYS_write,    SYS_fsync,  SYS_fchmod,   SYS_fchown, SYS_ftruncate, SYS_openat,    SYS_mkdirat,
-        SYS_unlinkat, SYS_linkat, SYS_renameat, SYS_flock,  SYS_renameat2, SYS_fsetxattr, SYS_exit_group};
-    __ptrace_syscall_info info = {};
-    return ::ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof info, &info) > 0
-        && info.op == PTRACE_SYSCALL_INFO_ENTRY && changing.contains(info.entry.nr)
-        && (info.entry.nr != SYS_openat || (info.entry.args[2] & O_CREAT) != 0);
-}
 
 /** Runs the action in a child that is killed as it is about to change something for the given time. */
 enum class End { Killed, Done, NotTraced };
@@ -190,6 +175,8 @@ void KilledAtStepTest::leavesOldOrNew()
         const Outcome next = ConfigWriter(root.path()).write({rotation, before.value(rotation)});
         QVERIFY2(next.ok(), qPrintable(next.error()));
         look(root.path(), before, after, true);
+        const QStringList leftovers = temporaryFilesBelow(root.path());
+        QVERIFY2(leftovers.isEmpty(), qPrintable(leftovers.join(QLatin1Char(' '))));
         if (QTest::currentTestFailed()) {
             QFAIL(qPrintable(QStringLiteral("killed at step %1").arg(step)));
         }
