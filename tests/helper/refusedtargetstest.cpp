@@ -85,6 +85,10 @@ private Q_SLOTS:
     void refusesWhatStandsInForAParent();
     void grantsTheRemovalOfWhatHasNoDirectory_data();
     void grantsTheRemovalOfWhatHasNoDirectory();
+    void refusesWhatStandsInForTheArchive_data();
+    void refusesWhatStandsInForTheArchive();
+    void refusesToReadWhatIsNoRegularFile_data();
+    void refusesToReadWhatIsNoRegularFile();
     void refusesABackupDirectoryThatIsNone_data();
     void refusesABackupDirectoryThatIsNone();
     void leavesTheOtherNameOfAHardLinkAlone_data();
@@ -242,6 +246,103 @@ void RefusedTargetsTest::grantsTheRemovalOfWhatHasNoDirectory()
     QCOMPARE(m_fixture.snapshot(), before);
 }
 
+void RefusedTargetsTest::refusesWhatStandsInForTheArchive_data()
+{
+    QTest::addColumn<QString>("verb");
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<QString>("kind");
+    const QString archive = QStringLiteral("/home/user/archive.tar.gz");
+    const QStringList kinds = QStringLiteral("symbolic link,link to nothing,named pipe,socket,directory,"
+                                             "regular file,device,nothing")
+                                  .split(QLatin1Char(','));
+    for (const char *verb : {"exportconfig", "importconfig"}) {
+        const QString name = QLatin1String(verb);
+        for (const QString &place : parentsOf(archive) + QStringList{archive}) {
+            const QString usual
+                = place == archive ? QStringLiteral("regular file") : QStringLiteral("directory");
+            for (const QString &kind : kinds) {
+                if (kind != usual) {
+                    QTest::newRow(qPrintable(QStringLiteral("%1: %2 for %3").arg(name, kind, place)))
+                        << name << place << kind;
+                }
+            }
+        }
+    }
+    QTest::newRow("exportconfig: another name")
+        << QStringLiteral("exportconfig") << archive << QStringLiteral("other name");
+}
+
+void RefusedTargetsTest::refusesWhatStandsInForTheArchive()
+{
+    QFETCH(QString, verb);
+    QFETCH(QString, place);
+    QFETCH(QString, kind);
+    const QString archive = below(QStringLiteral("/home/user/archive.tar.gz"));
+    QVERIFY(QDir().mkpath(below(QStringLiteral("/home/user"))));
+    QVERIFY(QFile::copy(m_fixture.archive(), archive));
+    const QString aside = below(QStringLiteral("/aside"));
+    QString reason = kind;
+    if (kind == QLatin1String("other name")) {
+        QCOMPARE(::link(QFile::encodeName(archive).constData(), QFile::encodeName(aside).constData()), 0);
+        reason = QStringLiteral("another name");
+    } else {
+        QVERIFY(QDir().rename(below(place), aside));
+    }
+    if (kind == QLatin1String("symbolic link")) {
+        QVERIFY(QFile::link(aside, below(place)));
+    } else if (kind == QLatin1String("nothing")) {
+        reason = QStringLiteral("No such file");
+    } else if (kind != QLatin1String("other name") && !putInTheWay(kind, below(place))) {
+        QSKIP("only root may make a device");
+    }
+    if (place != QLatin1String("/home/user/archive.tar.gz") && kind != QLatin1String("nothing")) {
+        reason = QStringLiteral("a symbolic link or no directory");
+    } else if (kind == QLatin1String("link to nothing")) {
+        reason = QStringLiteral("a symbolic link");
+    }
+    const TreeSnapshot before = m_fixture.snapshot();
+    const QString key
+        = verb == QLatin1String("exportconfig") ? QStringLiteral("output") : QStringLiteral("input");
+    const HelperAnswer answer = requestHelper(verb, {{key, archive}});
+    QVERIFY2(!answer.ok, "the request was granted");
+    QVERIFY2(answer.text.contains(QLatin1Char('"') + below(place) + QLatin1Char('"')),
+             qPrintable(answer.text));
+    QVERIFY2(answer.text.contains(reason), qPrintable(answer.text));
+    QCOMPARE(m_fixture.snapshot(), before);
+    ++m_count;
+}
+
+void RefusedTargetsTest::refusesToReadWhatIsNoRegularFile_data()
+{
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<QString>("kind");
+    const QString rules = QStringLiteral("/etc/audit/rules.d/nivra-syslog-subjects.rules");
+    for (const QString &place : parentsOf(rules) + QStringList{rules}) {
+        for (const char *kind : {"symbolic link", "named pipe", "socket", "directory", "regular file"}) {
+            const QString usual
+                = place == rules ? QStringLiteral("regular file") : QStringLiteral("directory");
+            if (QLatin1String(kind) != usual) {
+                QTest::newRow(qPrintable(QLatin1String(kind) + QLatin1String(" for ") + place))
+                    << place << QString::fromLatin1(kind);
+            }
+        }
+    }
+}
+
+void RefusedTargetsTest::refusesToReadWhatIsNoRegularFile()
+{
+    QFETCH(QString, place);
+    QFETCH(QString, kind);
+    QVERIFY(
+        requestHelper(QStringLiteral("setauditsettings"), m_fixture.sound(QStringLiteral("setauditsettings")))
+            .ok);
+    const QString aside = below(QStringLiteral("/aside"));
+    QVERIFY(QDir().rename(below(place), aside));
+    QVERIFY(kind == QLatin1String("symbolic link") ? QFile::link(aside, below(place))
+                                                   : putInTheWay(kind, below(place)));
+    expectRefusal(QStringLiteral("getauditsettings"), {}, place, kind);
+}
+
 void RefusedTargetsTest::refusesABackupDirectoryThatIsNone_data()
 {
     QTest::addColumn<QString>("verb");
@@ -281,9 +382,6 @@ void RefusedTargetsTest::leavesTheOtherNameOfAHardLinkAlone_data()
     QTest::addColumn<QString>("verb");
     QTest::addColumn<QString>("path");
     for (const auto &[verb, path] : writers()) {
-        if (verb == QLatin1String("setauditsettings")) {
-            continue; // makes its file
-        }
         QTest::newRow(qPrintable(verb + QLatin1Char(' ') + path)) << verb << path;
     }
 }
@@ -292,6 +390,11 @@ void RefusedTargetsTest::leavesTheOtherNameOfAHardLinkAlone()
 {
     QFETCH(QString, verb);
     QFETCH(QString, path);
+    if (verb == QLatin1String("setauditsettings")) {
+        const HelperAnswer made
+            = requestHelper(verb, {{QStringLiteral("AUDIT_TYPE"), 0}, {QStringLiteral("open"), 1}});
+        QVERIFY2(made.ok, qPrintable(made.text));
+    }
     const QString other = below(QStringLiteral("/other"));
     QCOMPARE(::link(QFile::encodeName(below(path)).constData(), QFile::encodeName(other).constData()), 0);
     const QByteArray before = describeFile(other);
@@ -305,9 +408,7 @@ void RefusedTargetsTest::leavesTheOtherNameOfAHardLinkAlone()
 void RefusedTargetsTest::refusesOnAReadOnlyFileSystem_data()
 {
     leavesTheOtherNameOfAHardLinkAlone_data();
-    for (const char *verb : {"exportconfig", "setauditsettings"}) {
-        QTest::newRow(verb) << QString::fromLatin1(verb) << QString();
-    }
+    QTest::newRow("exportconfig") << QStringLiteral("exportconfig") << QString();
 }
 
 void RefusedTargetsTest::refusesOnAReadOnlyFileSystem()
