@@ -2,15 +2,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "catalogmaker.h"
+#include "treemeaning.h"
 
 #include <changemarker.h>
 #include <checkabletreemodel.h>
 #include <configaccessservice.h>
 #include <eventconfigstorage.h>
-#include <eventdisplay.h>
 #include <eventswriter.h>
 #include <eventtreeitem.h>
-#include <jsontext.h>
 #include <singleeventsparser.h>
 #include <systempaths.h>
 
@@ -19,91 +18,16 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <algorithm>
-
 namespace {
-/// What the writer makes of a list: its elements, unless the shown text was edited.
-QJsonArray effectiveList(const EventTreeItem &item)
-{
-    bool ok = false;
-    const QJsonArray array = JsonText::parseArray(item.value(2).toString(), ok);
-    const QString shown = item.value(1).toString();
-    if (ok && JsonText::arrayText(array) == shown) {
-        return array;
-    }
-    return shown.isEmpty() ? QJsonArray() : QJsonArray::fromStringList(shown.split(QStringLiteral(", ")));
-}
-
-bool isRecord(const EventTreeItem &item)
-{
-    static const QRegularExpression pattern(QStringLiteral("^overlay\\d+$"));
-    return !item.overlay && !item.isSubject() && pattern.match(item.nativeName).hasMatch();
-}
-
-/// Children in the order of their names: a list that the builder adds stands last until it is saved.
-QVector<const EventTreeItem *> sortedChildren(const EventTreeItem &item)
-{
-    QVector<const EventTreeItem *> children;
-    for (int row = 0; row < item.childCount(); ++row) {
-        children.append(item.eventChild(row));
-    }
-    std::stable_sort(children.begin(), children.end(), [](const EventTreeItem *a, const EventTreeItem *b) {
-        return a->nativeName < b->nativeName;
-    });
-    return children;
-}
-
-/// Everything that a tree means, one line a node.
-void describe(const EventTreeItem &item, const QString &indent, QStringList &lines)
-{
-    const QVector<const EventTreeItem *> children = sortedChildren(item);
-    for (const EventTreeItem *node : children) {
-        const EventTreeItem &child = *node;
-        if (isRecord(child)) {
-            continue;
-        }
-        const QString value = child.kind == EventTreeItem::List ? JsonText::compact(effectiveList(child))
-            : child.isObject()                                  ? QStringLiteral("{}")
-                                                                : child.value(1).toString();
-        const bool hasState = child.checkable || child.switchChild() || child.isAuditSwitch();
-        lines.append(QStringLiteral("%1%2 kind=%3 state=%4 value=%5")
-                         .arg(indent, child.nativeName)
-                         .arg(child.kind)
-                         .arg(hasState ? child.checkState : -1)
-                         .arg(value));
-        describe(child, indent + QLatin1Char(' '), lines);
-    }
-}
-
-QStringList meaningOf(const EventTreeItem &root)
-{
-    QStringList lines;
-    describe(root, {}, lines);
-    return lines;
-}
-
 void collectNodes(EventTreeItem *item, QVector<EventTreeItem *> &nodes)
 {
     for (int row = 0; row < item->childCount(); ++row) {
         nodes.append(item->eventChild(row));
         collectNodes(item->eventChild(row), nodes);
     }
-}
-
-QString firstDifference(const QStringList &expected, const QStringList &actual)
-{
-    for (int i = 0; i < qMax(expected.size(), actual.size()); ++i) {
-        if (expected.value(i) != actual.value(i)) {
-            return QStringLiteral("line %1: expected \"%2\", got \"%3\"")
-                .arg(i)
-                .arg(expected.value(i), actual.value(i));
-        }
-    }
-    return {};
 }
 } // namespace
 
@@ -257,20 +181,21 @@ void RoundTripTest::settingsSurviveLoadEditSaveLoad()
              "a tree just loaded counts as changed");
     machine.editAtRandom(machine.maker.below(12));
 
-    const QStringList edited = meaningOf(*machine.working.rootItem());
+    const QStringList edited = TreeMeaning::of(*machine.working.rootItem());
     const QByteArray first = machine.save();
     machine.load();
-    const QStringList loaded = meaningOf(*machine.working.rootItem());
+    const QStringList loaded = TreeMeaning::of(*machine.working.rootItem());
     QVERIFY2(edited == loaded,
-             qPrintable(firstDifference(edited, loaded) + QLatin1Char('\n') + QString::fromUtf8(first)));
+             qPrintable(TreeMeaning::firstDifference(edited, loaded) + QLatin1Char('\n')
+                        + QString::fromUtf8(first)));
 
     for (int again = 0; again < 3; ++again) {
         const QByteArray next = machine.save();
         QVERIFY2(next == first,
-                 qPrintable(firstDifference(QString::fromUtf8(first).split(QLatin1Char('\n')),
-                                            QString::fromUtf8(next).split(QLatin1Char('\n')))));
+                 qPrintable(TreeMeaning::firstDifference(QString::fromUtf8(first).split(QLatin1Char('\n')),
+                                                         QString::fromUtf8(next).split(QLatin1Char('\n')))));
         machine.load();
-        QVERIFY(meaningOf(*machine.working.rootItem()) == loaded);
+        QVERIFY(TreeMeaning::of(*machine.working.rootItem()) == loaded);
     }
 }
 
@@ -280,12 +205,12 @@ void RoundTripTest::theShippedCatalogSurvivesEdits()
     Machine machine(seed, QStringLiteral(ADMINEVENTS_DATA_PATH));
     machine.load();
     machine.editAtRandom(60);
-    const QStringList edited = meaningOf(*machine.working.rootItem());
+    const QStringList edited = TreeMeaning::of(*machine.working.rootItem());
     QVERIFY(edited.size() > 1000);
     const QByteArray first = machine.save();
     machine.load();
-    const QStringList loaded = meaningOf(*machine.working.rootItem());
-    QVERIFY2(edited == loaded, qPrintable(firstDifference(edited, loaded)));
+    const QStringList loaded = TreeMeaning::of(*machine.working.rootItem());
+    QVERIFY2(edited == loaded, qPrintable(TreeMeaning::firstDifference(edited, loaded)));
     QCOMPARE(machine.save(), first);
 }
 
@@ -295,7 +220,7 @@ void RoundTripTest::checkingAndUncheckingChangesNothingElse()
     Machine machine(seed);
     machine.writeSettings(QJsonDocument(machine.maker.makeSettings()).toJson());
     machine.load();
-    const QStringList before = meaningOf(*machine.working.rootItem());
+    const QStringList before = TreeMeaning::of(*machine.working.rootItem());
     QVector<EventTreeItem *> nodes;
     collectNodes(machine.working.rootItem(), nodes);
     for (const EventTreeItem *node : qAsConst(nodes)) {
@@ -307,9 +232,10 @@ void RoundTripTest::checkingAndUncheckingChangesNothingElse()
         }
         machine.working.setData(index, QVariant(), Qt::CheckStateRole);
         machine.working.setData(index, QVariant(), Qt::CheckStateRole);
-        const QStringList after = meaningOf(*machine.working.rootItem());
-        QVERIFY2(before == after,
-                 qPrintable(node->nativeName + QLatin1String(": ") + firstDifference(before, after)));
+        const QStringList after = TreeMeaning::of(*machine.working.rootItem());
+        QVERIFY2(
+            before == after,
+            qPrintable(node->nativeName + QLatin1String(": ") + TreeMeaning::firstDifference(before, after)));
     }
     QVERIFY(ChangeMarker::compareTrees(*machine.reference.rootItem(), *machine.working.rootItem()));
 }
@@ -324,7 +250,7 @@ void RoundTripTest::savedTextAlwaysParses()
     QVector<EventTreeItem *> nodes;
     collectNodes(machine.working.rootItem(), nodes);
     for (EventTreeItem *node : qAsConst(nodes)) {
-        node->overlay = !isRecord(*node);
+        node->overlay = !TreeMeaning::isRecord(*node);
     }
     EventsWriter writer(machine.service, SystemPaths::eventSettingsFile(), SystemPaths::auditRulesFile());
     const QStringList fragments = writer.createConfig(machine.working.rootItem());
