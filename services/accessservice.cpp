@@ -8,6 +8,7 @@
 #include <KAuth/ExecuteJob>
 #include <KLocalizedString>
 
+#include <QEventLoop>
 #include <QPointer>
 
 namespace {
@@ -41,15 +42,31 @@ QString reasonOf(int code)
 QString errorTextOf(const KJob &job, const KAuth::Action &action)
 {
     const QString text = job.errorString();
-    if (!text.trimmed().isEmpty())
+    const bool hasText = !text.trimmed().isEmpty();
+    // What the framework says of the bus names nothing that was asked for.
+    if (hasText && job.error() != KAuth::ActionReply::DBusError)
         return text;
     return i18nc("1: action identifier, 2: reason, 3: number", "The action %1 failed: %2 (error code %3).",
-                 action.name(), reasonOf(job.error()), QString::number(job.error()));
+                 action.name(), hasText ? text : reasonOf(job.error()), QString::number(job.error()));
 }
 
 QString interruptedText(const KAuth::Action &action)
 {
     return i18nc("1: action identifier", "The program ended before the action %1 did.", action.name());
+}
+
+QString lostText(const KAuth::Action &action)
+{
+    return i18nc("1: action identifier",
+                 "The helper program ended before it told what became of the action %1.", action.name());
+}
+
+QString otherProgramText(const KAuth::Action &action)
+{
+    return i18nc("1: action identifier",
+                 "The action %1 was not started: another of your programs is having system settings changed, "
+                 "or waits for a password. Finish that first.",
+                 action.name());
 }
 
 } // namespace
@@ -65,12 +82,16 @@ bool AccessService::execute(KAuth::Action &action)
     m_lastErrorCode = 0;
     ActionGate &gate = ActionGate::instance();
     const QPointer<AccessService> self(this);
-    const bool free = gate.waitUntilFree();
+    const ActionGate::Wait wait = gate.waitUntilFree();
     // The nested event loops may deliver the end of our owner.
-    if (self.isNull())
+    if (self.isNull()) {
+        if (wait == ActionGate::Wait::Free)
+            gate.giveUp();
         return false;
-    if (!free) {
-        m_lastError = interruptedText(action);
+    }
+    if (wait != ActionGate::Wait::Free) {
+        m_lastError
+            = wait == ActionGate::Wait::OtherProgram ? otherProgramText(action) : interruptedText(action);
         return false;
     }
     KAuth::ExecuteJob *const job = action.execute();
@@ -78,15 +99,26 @@ bool AccessService::execute(KAuth::Action &action)
     QString errorText = interruptedText(action);
     int errorCode = 0;
     QMap<QString, QVariant> reply;
+    QEventLoop loop;
+    bool hasEnded = false;
     // Read at once: the reply to a later action of the same name, carried out above us, would change them.
-    const auto connection = connect(job, &KJob::result, [&errorText, &errorCode, &reply, job, action] {
+    connect(job, &KJob::result, &loop, [&] {
         errorCode = job->error();
         errorText = job->error() == KJob::NoError ? QString() : errorTextOf(*job, action);
         reply = job->data();
+        hasEnded = true;
+        loop.quit();
     });
-    // Its return value tells no success from an end of the program.
-    job->exec();
-    disconnect(connection);
+    connect(&gate, &ActionGate::lost, &loop, [&](const KJob *which) {
+        if (which == job) {
+            errorText = lostText(action);
+            job->deleteLater();
+            loop.quit();
+        }
+    });
+    job->start();
+    if (!hasEnded)
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
     if (self.isNull())
         return false;
     m_lastError = errorText;
@@ -105,7 +137,16 @@ void AccessService::executeAsync(KAuth::Action &action)
         if (service) {
             connect(job, &KJob::result, service,
                     [service, action](KJob *ended) { service->asyncActionEnded(ended, action); });
+            connect(&ActionGate::instance(), &ActionGate::lost, job,
+                    [service, action, job](const KJob *which) {
+                        if (which == job && service)
+                            service->asyncActionFailed(lostText(action), action);
+                    });
         }
+        connect(&ActionGate::instance(), &ActionGate::lost, job, [job](const KJob *which) {
+            if (which == job)
+                job->deleteLater();
+        });
         job->start();
     });
 }
@@ -116,7 +157,12 @@ void AccessService::asyncActionEnded(KJob *job, const KAuth::Action &action)
         Q_EMIT finished(&action);
         return;
     }
-    m_lastError = errorTextOf(*job, action);
+    asyncActionFailed(errorTextOf(*job, action), action);
+}
+
+void AccessService::asyncActionFailed(const QString &text, const KAuth::Action &action)
+{
+    m_lastError = text;
     Q_EMIT error(&action, m_lastError);
 }
 

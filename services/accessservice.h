@@ -69,6 +69,7 @@ Q_SIGNALS:
 private:
     static void startWhenFree(const QPointer<AccessService> &service, KAuth::Action action);
     void asyncActionEnded(KJob *job, const KAuth::Action &action);
+    void asyncActionFailed(const QString &text, const KAuth::Action &action);
 
     QString m_lastError;
     int m_lastErrorCode = 0;

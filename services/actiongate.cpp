@@ -7,11 +7,41 @@
 #include <KJob>
 
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
+#include <QDeadlineTimer>
 #include <QEventLoop>
 
 #include <utility>
+
+namespace {
+constexpr std::chrono::milliseconds turnPause(100);
+// Answers that are under way arrive by then, and so does another helper that takes over.
+constexpr std::chrono::seconds answerPause(2);
+} // namespace
+
+ActionGate::ActionGate()
+{
+    m_helperIsGone.setSingleShot(true);
+    m_helperIsGone.setInterval(answerPause);
+    connect(&m_helperIsGone, &QTimer::timeout, this, &ActionGate::helperEnded);
+    auto *watcher = new QDBusServiceWatcher(ActionIds::helper(), QDBusConnection::systemBus(),
+                                            QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        if (m_running)
+            m_helperIsGone.start();
+    });
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, &m_helperIsGone, &QTimer::stop);
+}
+
+// A helper that was killed at the wrong moment has replied to the request and not announced its end, and the
+// framework waits for both.
+void ActionGate::helperEnded()
+{
+    if (m_running) {
+        Q_EMIT lost(m_running);
+        ended();
+    }
+}
 
 ActionGate &ActionGate::instance()
 {
@@ -26,10 +56,19 @@ void ActionGate::whenFree(std::function<void()> start)
         return;
     }
     m_busy = true;
-    start();
+    startInTurn(start);
 }
 
-bool ActionGate::waitUntilFree()
+void ActionGate::startInTurn(const std::function<void()> &start)
+{
+    if (m_turn.take()) {
+        start();
+        return;
+    }
+    QTimer::singleShot(turnPause, this, [this, start] { startInTurn(start); });
+}
+
+bool ActionGate::waitForOwnActions()
 {
     while (m_busy) {
         QEventLoop loop;
@@ -46,6 +85,33 @@ bool ActionGate::waitUntilFree()
     return true;
 }
 
+ActionGate::Wait ActionGate::waitUntilFree(std::chrono::milliseconds limit)
+{
+    const QDeadlineTimer deadline(limit);
+    for (;;) {
+        if (!waitForOwnActions())
+            return Wait::ApplicationEnded;
+        if (m_turn.take())
+            return Wait::Free;
+        if (deadline.hasExpired())
+            return Wait::OtherProgram;
+        QEventLoop loop;
+        bool hasPaused = false;
+        QTimer::singleShot(turnPause, &loop, [&loop, &hasPaused] {
+            hasPaused = true;
+            loop.quit();
+        });
+        loop.exec();
+        if (!hasPaused)
+            return Wait::ApplicationEnded;
+    }
+}
+
+void ActionGate::giveUp()
+{
+    m_turn.release();
+}
+
 void ActionGate::pass(const KJob *job)
 {
     m_busy = true;
@@ -60,8 +126,10 @@ void ActionGate::pass(const KJob *job)
 void ActionGate::ended()
 {
     m_running = nullptr;
+    m_helperIsGone.stop();
     if (m_waiting.empty()) {
         m_busy = false;
+        m_turn.release();
         Q_EMIT freed();
         return;
     }

@@ -2,26 +2,39 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include <QObject>
+#include "processturn.h"
 
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
 #include <deque>
 #include <functional>
 
 class KJob;
 
 /**
- * Lets one privileged action of this process run at a time.
+ * Lets one privileged action of this user's programs run at a time.
  *
  * A helper that is asked while it carries out another action answers "busy", and the framework's client does
  * not heed that answer: it waits for ever. Saving while the logging service restarts would do that. And
  * replies are told apart by the action's name alone: of two actions of one name, both end with the first
- * one's reply.
+ * one's reply. Another program's action keeps the helper busy just as well; see ProcessTurn.
  */
 class ActionGate : public QObject
 {
     Q_OBJECT
 
 public:
+    enum class Wait {
+        Free,
+        ApplicationEnded,
+        OtherProgram, ///< the limit has passed, and another program still has an action run
+    };
+
+    /** How long waitUntilFree() waits for another program's action, which may wait for a password. */
+    static constexpr std::chrono::seconds otherProgramLimit{30};
+
     [[nodiscard]] static ActionGate &instance();
 
     /**
@@ -32,10 +45,12 @@ public:
 
     /**
      * Waits in a nested event loop until no action runs and none waits in whenFree(). Among callers that wait
-     * here above one another, the one that asked last goes first, since only it can go on.
-     * @return false when the application ended first.
+     * here above one another, the one that asked last goes first, since only it can go on. After Free, the
+     * caller must at once pass() or giveUp().
      */
-    [[nodiscard]] bool waitUntilFree();
+    [[nodiscard]] Wait waitUntilFree(std::chrono::milliseconds limit = otherProgramLimit);
+    /** No action follows on waitUntilFree(). */
+    void giveUp();
 
     /** From now until its end @p job, just created, is the action that runs. */
     void pass(const KJob *job);
@@ -43,14 +58,20 @@ public:
 Q_SIGNALS:
     /** No action runs or waits. */
     void freed();
+    /** The helper has gone and will not say what became of the job, which therefore never ends. */
+    void lost(const KJob *job);
 
 private:
-    ActionGate() = default;
-    void settle(int rounds);
+    ActionGate();
 
+    void helperEnded();
+    void startInTurn(const std::function<void()> &start);
+    [[nodiscard]] bool waitForOwnActions();
     void ended();
 
     std::deque<std::function<void()>> m_waiting;
     const KJob *m_running = nullptr;
     bool m_busy = false;
+    ProcessTurn m_turn;
+    QTimer m_helperIsGone;
 };

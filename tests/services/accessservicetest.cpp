@@ -1,15 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "actiongate.h"
 #include "actionids.h"
 #include "configaccessservice.h"
 #include "leashedprocess.h"
 #include "privatebus.h"
+#include "processturn.h"
 
 #include <KAuth/ExecuteJob>
 #include <KLocalizedString>
 
 #include <QFile>
+#include <QLockFile>
 #include <QSignalSpy>
+#include <QSysInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextCodec>
@@ -45,6 +49,7 @@ private:
         return run(probe, "/probe") ? probe.getActionResult(QStringLiteral("calls")).toInt() : -1;
     }
 
+    QTemporaryDir m_runtime;
     PrivateBus m_bus;
     std::unique_ptr<LeashedProcess> m_helper;
 
@@ -52,6 +57,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         KLocalizedString::setLanguages({QStringLiteral("en")});
+        qputenv("XDG_RUNTIME_DIR", m_runtime.path().toUtf8());
         QVERIFY2(m_bus.start(), qPrintable(m_bus.errorString()));
     }
     void init()
@@ -292,6 +298,73 @@ private Q_SLOTS:
         QCOMPARE(asked(inner).value(QStringLiteral("path")).toString(), QStringLiteral("/etc/inner"));
         QCOMPARE(asked(innermost).value(QStringLiteral("path")).toString(), QStringLiteral("/etc/innermost"));
         QCOMPARE(calls(), 4);
+    }
+
+    void anActionWaitsForThatOfAnotherProgram()
+    {
+        QLockFile other(ProcessTurn::lockPath());
+        QVERIFY(other.lock());
+        AccessService service(nullptr);
+        AccessService asynchronous(nullptr);
+        QSignalSpy finished(&asynchronous, &AccessService::finished);
+        KAuth::Action action = writeAction(QStringLiteral("/etc/later"));
+        asynchronous.executeAsync(action);
+        QTest::qWait(300);
+        QCOMPARE(finished.size(), 0);
+        QTimer::singleShot(300, this, [&other] { other.unlock(); });
+        QVERIFY(run(service, "/etc/x"));
+        QCOMPARE(finished.size(), 1);
+        QVERIFY(!other.isLocked());
+        // And gives the turn back.
+        QVERIFY(other.tryLock(0));
+    }
+
+    void anActionDoesNotWaitForEver()
+    {
+        QLockFile other(ProcessTurn::lockPath());
+        QVERIFY(other.lock());
+        QVERIFY(ActionGate::instance().waitUntilFree(std::chrono::milliseconds(250))
+                == ActionGate::Wait::OtherProgram);
+        other.unlock();
+        QVERIFY(ActionGate::instance().waitUntilFree(std::chrono::milliseconds(0)) == ActionGate::Wait::Free);
+        QVERIFY(!other.tryLock(0));
+        ActionGate::instance().giveUp();
+        QVERIFY(other.tryLock(0));
+    }
+
+    void aProgramThatHasEndedHasNoTurn()
+    {
+        LeashedProcess gone;
+        gone.start(QStringLiteral("true"), QStringList());
+        QVERIFY(gone.waitForStarted());
+        const QByteArray pid = QByteArray::number(gone.processId());
+        QVERIFY(gone.waitForFinished());
+        QFile lock(ProcessTurn::lockPath());
+        QVERIFY(lock.open(QIODevice::WriteOnly));
+        lock.write(pid + "\ntrue\n" + QSysInfo::machineHostName().toUtf8() + '\n');
+        lock.close();
+        AccessService service(nullptr);
+        QVERIFY(run(service, "/etc/x"));
+        QVERIFY(!lock.exists());
+    }
+
+    void whereThereIsNoPlaceForALockNobodyWaits_data()
+    {
+        QTest::addColumn<QString>("directory");
+        QTest::newRow("none") << QString();
+        QTest::newRow("absent") << QStringLiteral("/nowhere");
+        QTest::newRow("not for us") << QStringLiteral("/proc");
+    }
+
+    void whereThereIsNoPlaceForALockNobodyWaits()
+    {
+        QFETCH(QString, directory);
+        const QByteArray usual = qgetenv("XDG_RUNTIME_DIR");
+        qputenv("XDG_RUNTIME_DIR", directory.toUtf8());
+        AccessService service(nullptr);
+        const bool succeeded = run(service, "/etc/x");
+        qputenv("XDG_RUNTIME_DIR", usual);
+        QVERIFY2(succeeded, qPrintable(service.errorString()));
     }
 
     void anActionThatTheProgramsEndInterruptsIsNotASuccess_data()
