@@ -1,9 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include <notifyrccheck.h>
 #include <notifyrctext.h>
 
 #include <cstdlib>
+
+using namespace AdminEventsHelper;
 
 /// Any notification settings file is read and changed without harm: the group that is put in is there, once
 /// and again, and another one stays as it was.
@@ -24,6 +27,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         || NotifyrcText::withGroup(once, key, content) != once || before.isDefined != after.isDefined
         || before.actions != after.actions || before.executeCommand != after.executeCommand
         || before.logFile != after.logFile) {
+        std::abort();
+    }
+    // An archive takes what the page has written into a file that it would have taken before.
+    const QString path = QStringLiteral("/own.notifyrc");
+    if (NotifyrcCheck::check(path, text) && !NotifyrcCheck::check(path, once)) {
         std::abort();
     }
     return 0;

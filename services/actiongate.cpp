@@ -37,9 +37,10 @@ ActionGate::ActionGate()
 // framework waits for both.
 void ActionGate::helperEnded()
 {
-    if (m_running) {
-        Q_EMIT lost(m_running);
+    if (const KJob *job = m_running) {
+        // First, since who hears of it may have the next action run at once.
         ended();
+        Q_EMIT lost(job);
     }
 }
 
