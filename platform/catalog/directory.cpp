@@ -35,11 +35,13 @@ int readAll(int file, std::size_t expected, std::string &text)
         if (count < 0 && errno != EINTR) {
             return errno;
         }
-        if (count == 0) {
+        filled += count > 0 ? static_cast<std::size_t>(count) : 0;
+        // A round that gave the expected size and not the byte beyond it met the end: no other round need
+        // ask.
+        if (count == 0 || (count > 0 && filled == expected)) {
             text.resize(filled);
             return 0;
         }
-        filled += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
 }
 
