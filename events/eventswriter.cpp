@@ -5,7 +5,6 @@
 
 #include "eventtreeitem.h"
 #include "jsontext.h"
-#include "settingstidy.h"
 
 #include <configaccessservice.h>
 
@@ -15,41 +14,30 @@
 
 namespace {
 const QLatin1String separator(", ");
+constexpr int usualText = 1024; // of one event
 
 void appendName(QString &text, const EventTreeItem &item)
 {
-    JsonText::appendShielded(text, item.nativeName);
+    JsonText::appendQuoted(text, item.nativeName);
     text += QLatin1String(" : ");
 }
 
-/// Compact JSON with every closing brace of a value escaped.
 void appendJson(QString &text, const QJsonValue &value)
 {
     if (value.isString()) {
-        JsonText::appendShielded(text, value.toString());
-    } else if (value.isArray()) {
-        QLatin1String before("[");
-        const QJsonArray array = value.toArray();
-        for (const QJsonValue &element : array) {
-            text += before;
-            appendJson(text, element);
-            before = QLatin1String(", ");
-        }
-        text += array.isEmpty() ? QLatin1String("[]") : QLatin1String("]");
-    } else if (value.isObject()) {
-        QLatin1String before("{");
-        const QJsonObject object = value.toObject();
-        for (auto it = object.begin(); it != object.end(); ++it) {
-            text += before;
-            JsonText::appendShielded(text, it.key());
-            text += QLatin1Char(':');
-            appendJson(text, *it);
-            before = QLatin1String(", ");
-        }
-        text += object.isEmpty() ? QLatin1String("{}") : QLatin1String("}");
+        JsonText::appendQuoted(text, value.toString());
     } else {
         text += JsonText::compact(value);
     }
+}
+
+/// Takes back the separator behind the last of the members that begin at @p opening, if there are any.
+void closeMembers(QString &text, int opening)
+{
+    if (text.size() > opening) {
+        text.chop(separator.size());
+    }
+    text += QLatin1String(" }");
 }
 
 /// The elements of a list: the array itself, unless its shown text has been edited.
@@ -78,7 +66,7 @@ void appendList(QString &text, const EventTreeItem &item)
 
 void appendObject(QString &text, const EventTreeItem &item)
 {
-    appendJson(text, QJsonDocument::fromJson(item.value(2).toString().toUtf8()).object());
+    text += JsonText::compact(QJsonDocument::fromJson(item.value(2).toString().toUtf8()).object());
     text += separator;
 }
 
@@ -89,10 +77,11 @@ void appendLeaf(QString &text, const EventTreeItem &item)
     } else if (item.isObject()) {
         appendObject(text, item); // an empty object stays one
     } else {
-        JsonText::appendShielded(text, item.value(1).toString());
+        JsonText::appendQuoted(text, item.value(1).toString());
         text += separator;
     }
 }
+
 /// True when something in the tree of @p item belongs into the settings file.
 bool holdsOverlay(const EventTreeItem &item)
 {
@@ -158,9 +147,12 @@ QString EventsWriter::eventText(const EventTreeItem &event)
     if (!holdsOverlay(event)) {
         return {};
     }
-    QString text(QLatin1Char('\t'));
-    JsonText::appendShielded(text, event.nativeName);
-    text += QLatin1String(" : { ");
+    QString text;
+    text.reserve(usualText);
+    text += QLatin1Char('\t');
+    appendName(text, event);
+    text += QLatin1String("{ ");
+    const int opening = text.size();
     const int rulesBefore = m_auditRules.size();
     const bool hadRules = m_hasAuditRules;
     bool hasContent = event.overlay;
@@ -175,9 +167,11 @@ QString EventsWriter::eventText(const EventTreeItem &event)
         m_hasAuditRules = hadRules;
         return {};
     }
-    text.chop(separator.size());
-    text += QLatin1String(" }");
-    SettingsTidy::tidy(text);
+    if (text.size() == opening) {
+        // An event that is marked but contributes nothing is one that is switched off.
+        text += QLatin1String("\"enabled\": \"0\"") + separator;
+    }
+    closeMembers(text, opening);
     return text;
 }
 
@@ -207,16 +201,19 @@ bool EventsWriter::printMember(const EventTreeItem &item, QString &text)
         }
         return item.overlay;
     }
-    QString nested;
-    appendName(nested, item);
-    nested += QLatin1String("{ ");
-    const int opening = nested.size();
+    const int start = text.size();
+    appendName(text, item);
+    text += QLatin1String("{ ");
+    const int opening = text.size();
     bool hasContent = item.overlay;
-    for (int row = 0; row < item.childCount(); ++row) {
-        hasContent = printNested(*item.eventChild(row), nested) || hasContent;
+    for (const TreeItem *node : item.nodes()) {
+        hasContent = printNested(*static_cast<const EventTreeItem *>(node), text) || hasContent;
     }
-    if (nested.size() > opening) {
-        text += nested + QLatin1String(" }, ");
+    if (text.size() > opening) {
+        closeMembers(text, opening);
+        text += separator;
+    } else {
+        text.truncate(start);
     }
     return hasContent;
 }
@@ -235,12 +232,14 @@ bool EventsWriter::printNested(const EventTreeItem &item, QString &text)
     }
     appendName(text, item);
     text += QLatin1String("{ ");
+    const int opening = text.size();
     bool hasContent = item.overlay;
-    for (int row = 0; row < item.childCount(); ++row) {
-        hasContent = printNested(*item.eventChild(row), text) || hasContent;
+    for (const TreeItem *node : item.nodes()) {
+        hasContent = printNested(*static_cast<const EventTreeItem *>(node), text) || hasContent;
     }
     if (hasContent) {
-        text += QLatin1String(" }, ");
+        closeMembers(text, opening);
+        text += separator;
     } else {
         text.truncate(start);
     }
@@ -261,12 +260,12 @@ void EventsWriter::collectAuditRules(const EventTreeItem &item)
 
 QByteArray EventsWriter::settingsContent(TreeItem *root)
 {
-    QString text;
+    QByteArray text;
     const QStringList fragments = createConfig(root);
     for (const QString &fragment : fragments) {
-        text += fragment + QLatin1Char('\n');
+        text += fragment.toUtf8() + '\n';
     }
-    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
+    const QJsonDocument document = QJsonDocument::fromJson(text);
     if (document.isNull()) {
         return {};
     }

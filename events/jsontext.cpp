@@ -6,8 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace {
-void appendEscaped(QString &target, const QString &text, bool shield)
+void JsonText::appendQuoted(QString &target, const QString &text)
 {
     target += QLatin1Char('"');
     const QChar *plain = text.constData(); // start of what needs no escape and is not copied yet
@@ -16,7 +15,7 @@ void appendEscaped(QString &target, const QString &text, bool shield)
         const ushort code = c->unicode();
         const bool named = code == '"' || code == '\\';
         const bool surrogate = c->isSurrogate();
-        if (!named && code >= 0x20 && code != 0x7f && !(shield && code == '}') && !surrogate) {
+        if (!named && code >= 0x20 && code != 0x7f && !surrogate) {
             continue;
         }
         if (c->isHighSurrogate() && c + 1 != end && (c + 1)->isLowSurrogate()) {
@@ -34,17 +33,6 @@ void appendEscaped(QString &target, const QString &text, bool shield)
     }
     target.append(plain, static_cast<int>(end - plain));
     target += QLatin1Char('"');
-}
-} // namespace
-
-void JsonText::appendQuoted(QString &target, const QString &text)
-{
-    appendEscaped(target, text, false);
-}
-
-void JsonText::appendShielded(QString &target, const QString &text)
-{
-    appendEscaped(target, text, true);
 }
 
 QString JsonText::compact(const QJsonValue &value)

@@ -12,9 +12,6 @@
 namespace JsonText {
 /// Appends @p text between double quotes, escaped.
 void appendQuoted(QString &target, const QString &text);
-/// As appendQuoted(), with closing braces escaped as well, so that no tidying of the surrounding text finds
-/// one in a value.
-void appendShielded(QString &target, const QString &text);
 /// Compact JSON text of any value.
 [[nodiscard]] QString compact(const QJsonValue &value);
 /// The shown text of an array: its elements joined with ", "; of objects their "path" where they have one.

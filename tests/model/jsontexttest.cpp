@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include <jsontext.h>
-#include <settingstidy.h>
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,16 +14,10 @@ class JsonTextTest : public QObject
 private Q_SLOTS:
     void quotedTextReadsBack_data();
     void quotedTextReadsBack();
-    void shieldedTextHoldsNoClosingBrace();
     void anyValueHasACompactText();
     void arrayTextJoinsElementsAndPaths();
     void onlyPlainListsCanBeTyped();
     void onlyArraysAreParsedAsArrays();
-
-    void tidyingRepairsSeparators_data();
-    void tidyingRepairsSeparators();
-    void tidyingClosesEveryLevel();
-    void tidyingKeepsWhatIsInOrder();
 };
 
 void JsonTextTest::quotedTextReadsBack_data()
@@ -43,22 +36,10 @@ void JsonTextTest::quotedTextReadsBack_data()
 void JsonTextTest::quotedTextReadsBack()
 {
     QFETCH(QString, text);
-    for (const auto append : {&JsonText::appendQuoted, &JsonText::appendShielded}) {
-        QString json = QStringLiteral("[");
-        append(json, text);
-        json += QLatin1Char(']');
-        QCOMPARE(QJsonDocument::fromJson(json.toUtf8()).array(), QJsonArray{text});
-    }
-}
-
-void JsonTextTest::shieldedTextHoldsNoClosingBrace()
-{
-    QString plain = QStringLiteral("x");
-    JsonText::appendQuoted(plain, QStringLiteral("a}"));
-    QCOMPARE(plain, QStringLiteral("x\"a}\""));
-    QString shielded = QStringLiteral("x");
-    JsonText::appendShielded(shielded, QStringLiteral("a}\"},  }"));
-    QVERIFY(!shielded.contains(QLatin1Char('}')));
+    QString json = QStringLiteral("[");
+    JsonText::appendQuoted(json, text);
+    json += QLatin1Char(']');
+    QCOMPARE(QJsonDocument::fromJson(json.toUtf8()).array(), QJsonArray{text});
 }
 
 void JsonTextTest::anyValueHasACompactText()
@@ -101,57 +82,6 @@ void JsonTextTest::onlyArraysAreParsedAsArrays()
         QVERIFY(JsonText::parseArray(QString::fromLatin1(text), ok).isEmpty());
         QVERIFY2(!ok, text);
     }
-}
-
-void JsonTextTest::tidyingRepairsSeparators_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("object") << QStringLiteral("{ \"a\" : {},  }") << QStringLiteral("{ \"a\" : {} }");
-    QTest::newRow("array") << QStringLiteral("{ \"a\" : [ ],  }") << QStringLiteral("{ \"a\" : [ ] }");
-    QTest::newRow("text") << QStringLiteral("{ \"a\" : \"b\",  }") << QStringLiteral("{ \"a\" : \"b\" }");
-    QTest::newRow("nothing") << QStringLiteral("\"e\" :  }")
-                             << QStringLiteral("\"e\" : { \"enabled\": \"0\" }");
-    QTest::newRow("all kinds in one")
-        << QStringLiteral("{ [ \"a\" ],  },  }, \"b\" :  },  }, { \"c\",  } }")
-        << QStringLiteral("{ [ \"a\" ] } }, \"b\" : { \"enabled\": \"0\" } }, { \"c\" } }");
-    QTest::newRow("other blanks before an end")
-        << QStringLiteral("{  } a  },   }") << QStringLiteral("{  } a  },   }");
-    QTest::newRow("two levels") << QStringLiteral("{ { \"b\",  },  }") << QStringLiteral("{ { \"b\" } }");
-}
-
-void JsonTextTest::tidyingRepairsSeparators()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, expected);
-    SettingsTidy::tidy(text);
-    QCOMPARE(text, expected);
-}
-
-void JsonTextTest::tidyingClosesEveryLevel()
-{
-    QString text = QStringLiteral("\"e\" : ");
-    constexpr int depth = 30;
-    for (int level = 0; level < depth; ++level) {
-        text += QStringLiteral("{ \"o\" : ");
-    }
-    text += QStringLiteral("{ \"p\" : \"v\", ");
-    for (int level = 0; level < depth; ++level) {
-        text += QStringLiteral(" }, ");
-    }
-    text += QStringLiteral(" }");
-    SettingsTidy::tidy(text);
-    QVERIFY(!text.contains(QLatin1Char(',')));
-    const QString document = QStringLiteral("{ %1 }").arg(text);
-    QVERIFY(QJsonDocument::fromJson(document.toUtf8()).isObject());
-}
-
-void JsonTextTest::tidyingKeepsWhatIsInOrder()
-{
-    const QString text = QStringLiteral("\"e\" : { \"a\" : [ \"b\", \"c\" ], \"d\" : { \"f\" : \"g\" } }");
-    QString tidied = text;
-    SettingsTidy::tidy(tidied);
-    QCOMPARE(tidied, text);
 }
 
 QTEST_MAIN(JsonTextTest)
