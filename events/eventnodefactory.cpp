@@ -6,7 +6,6 @@
 #include "checkstates.h"
 #include "eventtreeclone.h"
 #include "jsontext.h"
-#include "nodedictionary.h"
 
 #include <algorithm>
 
@@ -19,6 +18,8 @@ struct EventNodeFactory::Origin
 namespace {
 const OverlayMarks noMarks;
 constexpr int longestShared = 40;
+constexpr int initialText = 1 << 14;
+constexpr int initialNames = 1 << 8;
 
 QStringList sortedUnique(QStringList names)
 {
@@ -39,13 +40,14 @@ bool isFixedName(const QString &name)
         || name == QLatin1String("message-audit-events") || isOverlayName(name);
 }
 
-/// Appends a member to the text of an object whose end is still open.
-void appendMember(QString &json, const QString &name, const QString &value)
+/// Begins a member in the text of an object that starts at @p start and whose end is still open.
+void appendKey(QString &json, int start, const QString &name)
 {
-    json += json.size() > 1 ? QLatin1String(",") : QLatin1String();
+    if (json.size() > start + 1) {
+        json += QLatin1Char(',');
+    }
     JsonText::appendQuoted(json, name);
     json += QLatin1Char(':');
-    json += value;
 }
 
 /// Marks a subjects object, its audit identifier and "message-audit-events".
@@ -86,39 +88,49 @@ EventNodeFactory::EventNodeFactory(const NodeDictionary &dictionary, QStringList
     , m_groups(sortedUnique(std::move(groups)))
     , m_russian(russian)
 {
+    m_json.reserve(initialText);
+    m_names.reserve(initialNames);
 }
 
-QString EventNodeFactory::shared(const QString &text) const
+QString EventNodeFactory::shared(const QString &json) const
 {
-    return text.size() > longestShared ? text : *m_strings.insert(text);
+    return json.size() > longestShared ? json : *m_objects.insert(json);
 }
 
-/// The columns of a node before its children are known. Most nodes of a large tree are equal switches of many
-/// accounts: they share one row until it is written.
-QVector<QVariant> EventNodeFactory::rowOf(const QString &name, const QJsonValue &value) const
+EventNodeFactory::Name &EventNodeFactory::nameOf(const QString &text) const
+{
+    Name &name = m_names[text];
+    if (name.text.isNull()) {
+        name = {text, m_dictionary.find(text), isOverlayName(text), {}};
+    }
+    return name;
+}
+
+/// The columns of a node before its children are known.
+QVector<QVariant> EventNodeFactory::rowOf(Name &name, const QJsonValue &value)
 {
     if (value.isArray() || value.isObject()) {
-        return {name, QVariant(), QVariant()};
+        return {name.text, QVariant(), QVariant()};
     }
     if (!value.isString()) {
-        return {name, value.toVariant(), QVariant()};
+        return {name.text, value.toVariant(), QVariant()};
     }
-    const QString text = shared(value.toString());
-    if (name.size() > longestShared || text.size() > longestShared) {
-        return {name, text, QVariant()};
+    const QString text = value.toString();
+    if (text.size() > longestShared) {
+        return {name.text, text, QVariant()};
     }
-    QVector<QVariant> &row = m_rows[{name.constData(), text.constData()}];
+    QVector<QVariant> &row = name.rows[text];
     if (row.isEmpty()) {
-        row = {name, text, QVariant()};
+        row = {name.text, text, QVariant()};
     }
     return row;
 }
 
-/// Texts put together piece by piece have room to grow, which a tree of thousands need not carry.
-QString EventNodeFactory::kept(QString &text) const
+/// Ends the text of an object that starts at @p start, and gives the object's node a copy of it.
+void EventNodeFactory::closeObject(EventTreeItem *node, int start) const
 {
-    text.squeeze();
-    return shared(text);
+    m_json += QLatin1Char('}');
+    node->setData(2, shared(m_json.mid(start)));
 }
 
 EventTreeItem *EventNodeFactory::createEvent(const QString &id, const QJsonObject &description,
@@ -130,18 +142,19 @@ EventTreeItem *EventNodeFactory::createEvent(const QString &id, const QJsonObjec
     if (parent) {
         parent->appendChild(event);
     }
+    m_json.resize(0);
     createMembers(event, description, {&marks, false});
     event->checkable = event->switchChild() != nullptr;
     CheckStates::takeFromValue(event);
     return event;
 }
 
-EventTreeItem *EventNodeFactory::createNode(const QString &name, const QJsonValue &value,
+EventTreeItem *EventNodeFactory::createNode(const QString &text, const QJsonValue &value,
                                             const Origin &origin, EventTreeItem *parent) const
 {
-    const QString text = shared(name);
-    auto *node = new EventTreeItem(rowOf(text, value), parent);
-    node->nativeName = text;
+    Name &name = nameOf(text);
+    auto *node = new EventTreeItem(rowOf(name, value), parent);
+    node->nativeName = name.text;
     node->kind = EventTreeItem::Parameter;
     node->overlay = origin.overlay;
     parent->appendChild(node);
@@ -153,15 +166,22 @@ EventTreeItem *EventNodeFactory::createNode(const QString &name, const QJsonValu
     } else if (value.isObject() && isSubjectsNode(node)) {
         node->kind = EventTreeItem::Subjects;
     }
-    checkDictionary(node);
-    if (value.isObject()) {
-        if (node->kind == EventTreeItem::Subjects) {
-            createSubjects(node, value.toObject(), origin);
-        } else {
-            createMembers(node, value.toObject(), origin);
-        }
+    // An account that is called like a parameter is not that parameter.
+    const bool isSubject = node->isSubject();
+    applyEntry(node, isSubject ? nullptr : name.entry);
+    if (name.overlay && !isSubject) {
+        node->visible = false;
     }
-    if (name == QLatin1String("message-audit-rules") && !node->isSubject()) {
+    if (node->kind == EventTreeItem::Subjects) {
+        createSubjects(node, value.toObject(), origin);
+    } else if (value.isObject()) {
+        createMembers(node, value.toObject(), origin);
+    } else if (value.isString()) {
+        JsonText::appendQuoted(m_json, node->value(1).toString());
+    } else {
+        m_json += value.isArray() ? node->value(2).toString() : JsonText::compact(value);
+    }
+    if (!isSubject && text == QLatin1String("message-audit-rules")) {
         parent->setHasAuditRules(true);
     }
     // A click rewrites values from check states over the whole tree, so every
@@ -175,33 +195,22 @@ void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &obj
 {
     const OverlayMarks &marks = origin.marks ? *origin.marks : noMarks;
     node->reserve(object.size());
-    QString json(QLatin1Char('{'));
+    const int start = m_json.size();
+    m_json += QLatin1Char('{');
     for (auto it = object.begin(); it != object.end(); ++it) {
         const QString key = it.key();
-        const QJsonValue value = *it;
         const auto merged = marks.merged.constFind(key);
         const bool isRecord = marks.records.contains(key);
         const Origin inner{merged == marks.merged.constEnd() ? nullptr : &*merged,
                            !isRecord && (origin.overlay || marks.named.contains(key))};
-        const EventTreeItem *child = createNode(key, value, inner, node);
+        const int end = m_json.size();
+        appendKey(m_json, start, key);
+        createNode(key, *it, inner, node);
         if (isRecord) {
-            continue; // bookkeeping, not part of the description
-        }
-        if (json.size() > 1) {
-            json += QLatin1Char(',');
-        }
-        JsonText::appendQuoted(json, key);
-        json += QLatin1Char(':');
-        if (child->kind == EventTreeItem::List || value.isObject()) {
-            json += child->value(2).toString();
-        } else if (value.isString()) {
-            JsonText::appendQuoted(json, value.toString());
-        } else {
-            json += JsonText::compact(value);
+            m_json.truncate(end); // bookkeeping, not part of the description
         }
     }
-    json += QLatin1Char('}');
-    node->setData(2, kept(json));
+    closeObject(node, start);
 }
 
 void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &object,
@@ -215,26 +224,23 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
     }
     const QStringList &accounts = node->nativeName == QLatin1String("users") ? m_users : m_groups;
     node->reserve(accounts.size() + object.size());
-    QString json(QLatin1Char('{'));
-    const auto add = [&](const QString &name, const QJsonValue &value, const Origin &inner) {
-        const EventTreeItem *child = createNode(name, value, inner, node);
-        appendMember(json, name, value.isObject() ? child->value(2).toString() : JsonText::compact(value));
-        return child;
-    };
+    const int start = m_json.size();
+    m_json += QLatin1Char('{');
     const EventTreeItem *pattern = nullptr; // accounts that nothing is said of differ in their names only
     const auto addMissing = [&](const QString &name) {
         if (object.contains(name) && !marks.records.contains(name)) {
             return;
         }
+        appendKey(m_json, start, name);
         if (!pattern) {
-            pattern = add(name, switchedOff, {});
+            pattern = createNode(name, switchedOff, {}, node);
             return;
         }
         EventTreeItem *child = EventTreeClone::copyNode(*pattern, node).release();
         child->nativeName = name;
         child->setData(0, name);
         node->appendChild(child);
-        appendMember(json, name, child->value(2).toString());
+        m_json += child->value(2).toString();
     };
     // Both lists are sorted, all but alike (JSON keys differ beyond U+FFFF): walk them side by side.
     auto account = accounts.begin();
@@ -250,15 +256,16 @@ void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &ob
             ++account;
         }
         const auto merged = marks.merged.constFind(key);
-        add(key, *it,
-            {merged == marks.merged.constEnd() ? nullptr : &*merged,
-             origin.overlay || marks.named.contains(key)});
+        appendKey(m_json, start, key);
+        createNode(key, *it,
+                   {merged == marks.merged.constEnd() ? nullptr : &*merged,
+                    origin.overlay || marks.named.contains(key)},
+                   node);
     }
     for (; account != accounts.end(); ++account) {
         addMissing(*account);
     }
-    json += QLatin1Char('}');
-    node->setData(2, kept(json));
+    closeObject(node, start);
 }
 
 void EventNodeFactory::checkDictionary(EventTreeItem *node) const
@@ -267,8 +274,11 @@ void EventNodeFactory::checkDictionary(EventTreeItem *node) const
         && node->kind != EventTreeItem::Subjects) {
         return;
     }
-    // An account that is called like a parameter is not that parameter.
-    const NodeDictionary::Entry *entry = node->isSubject() ? nullptr : m_dictionary.find(node->nativeName);
+    applyEntry(node, node->isSubject() ? nullptr : m_dictionary.find(node->nativeName));
+}
+
+void EventNodeFactory::applyEntry(EventTreeItem *node, const NodeDictionary::Entry *entry) const
+{
     if (!entry) {
         node->editable = true;
         return;
@@ -283,6 +293,7 @@ void EventNodeFactory::checkDictionary(EventTreeItem *node) const
         node->localizedName = entry->russianName;
         if (!isFixedName(node->nativeName)) {
             node->setData(0, entry->russianName);
+            node->visible = !isOverlayName(entry->russianName);
         }
     }
 }

@@ -4,16 +4,14 @@
 #pragma once
 
 #include "eventtreeitem.h"
+#include "nodedictionary.h"
 #include "overridemerge.h"
 
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonValue>
-#include <QPair>
 #include <QSet>
 #include <QStringList>
-
-class NodeDictionary;
 
 /**
  * Turns the JSON values of an event's description into nodes: kinds, texts,
@@ -42,20 +40,30 @@ public:
 
 private:
     struct Origin; // what is known of where a value came from
+    /// What is known of a name; one large tree bears few names many times.
+    struct Name
+    {
+        QString text;
+        const NodeDictionary::Entry *entry = nullptr;
+        bool overlay = false; // a record, or what looks like one
+        QHash<QString, QVector<QVariant>> rows; // by value; nodes share a row until it is written
+    };
 
-    EventTreeItem *createNode(const QString &name, const QJsonValue &value, const Origin &origin,
+    EventTreeItem *createNode(const QString &text, const QJsonValue &value, const Origin &origin,
                               EventTreeItem *parent) const;
     void createMembers(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
     void createSubjects(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
-    [[nodiscard]] QString shared(const QString &text) const;
-    [[nodiscard]] QString kept(QString &text) const;
-    [[nodiscard]] QVector<QVariant> rowOf(const QString &name, const QJsonValue &value) const;
+    [[nodiscard]] QString shared(const QString &json) const;
+    void closeObject(EventTreeItem *node, int start) const;
+    [[nodiscard]] Name &nameOf(const QString &text) const;
+    [[nodiscard]] static QVector<QVariant> rowOf(Name &name, const QJsonValue &value);
+    void applyEntry(EventTreeItem *node, const NodeDictionary::Entry *entry) const;
 
     const NodeDictionary &m_dictionary;
     QStringList m_users;
     QStringList m_groups;
     bool m_russian;
-    mutable QSet<QString> m_strings; // one copy of every short text of a large tree
-    // Rows by the places of their two texts, which m_strings keeps.
-    mutable QHash<QPair<const QChar *, const QChar *>, QVector<QVariant>> m_rows;
+    mutable QString m_json; // of the event at hand; every object below it is a part of that text
+    mutable QHash<QString, Name> m_names;
+    mutable QSet<QString> m_objects; // one copy of the text of every small object
 };

@@ -7,10 +7,8 @@
 
 class EventTreeItem;
 
-/// Copies whole event trees. The copy has nodes and links of its own; equal texts share their storage until
-/// one is written.
+/// Copies parts of event trees. Equal texts share their storage until one is written.
 namespace EventTreeClone {
-[[nodiscard]] std::unique_ptr<EventTreeItem> clone(const EventTreeItem &root);
 /// Copies a node and all below it, without links between events. The copy's parent is @p parent, which does
 /// not list it yet.
 [[nodiscard]] std::unique_ptr<EventTreeItem> copyNode(const EventTreeItem &source, EventTreeItem *parent);

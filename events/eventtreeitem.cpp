@@ -27,6 +27,25 @@ EventTreeItem::EventTreeItem(const QVector<QVariant> &itemData, EventTreeItem *p
 {
 }
 
+EventTreeItem::EventTreeItem(const EventTreeItem &source, EventTreeItem *parent)
+    : TreeItem(source.rowData(), parent)
+    , checkable(source.checkable)
+    , editable(source.editable)
+    , childrenEditable(source.childrenEditable)
+    , visible(source.visible)
+    , overlay(source.overlay)
+    , notRedirected(source.notRedirected)
+    , generatesLoad(source.generatesLoad)
+    , m_hasAuditRules(source.m_hasAuditRules)
+    , checkState(source.checkState)
+    , notificationState(source.notificationState)
+    , kind(source.kind)
+    , conflictsWith(source.conflictsWith)
+    , nativeName(source.nativeName)
+    , localizedName(source.localizedName)
+{
+}
+
 EventTreeItem *EventTreeItem::findChildByNativeName(const QString &name) const
 {
     for (TreeItem *node : children()) {

@@ -35,6 +35,8 @@ public:
     };
 
     explicit EventTreeItem(const QVector<QVariant> &itemData, EventTreeItem *parent = nullptr);
+    /// Columns and state of @p source, without its children and its links to other events.
+    EventTreeItem(const EventTreeItem &source, EventTreeItem *parent);
 
     [[nodiscard]] EventTreeItem *parentItem() const
     {

@@ -5,7 +5,21 @@
 
 #include <nivraevents.h>
 
+#include <cstring>
 #include <stdexcept>
+
+namespace {
+QJsonDocument parsed(const char *text)
+{
+    if (!text) {
+        return {};
+    }
+    const auto size = static_cast<int>(std::strlen(text));
+    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromRawData(text, size));
+    // A stray byte costs a letter, not the whole text: decoding replaces it.
+    return document.isNull() ? QJsonDocument::fromJson(QString::fromUtf8(text, size).toUtf8()) : document;
+}
+} // namespace
 
 NivraEventsReader::NivraEventsReader()
 {
@@ -58,4 +72,14 @@ QString NivraEventsReader::getEventJson(const QString &id) const
 QString NivraEventsReader::getOverrideEventJson(const QString &id) const
 {
     return QString::fromUtf8(nvev_get_override_event_json(id.toLocal8Bit().constData()));
+}
+
+QJsonDocument NivraEventsReader::eventDocument(const QString &id) const
+{
+    return parsed(nvev_get_event_json(id.toLocal8Bit().constData()));
+}
+
+QJsonDocument NivraEventsReader::overrideDocument(const QString &id) const
+{
+    return parsed(nvev_get_override_event_json(id.toLocal8Bit().constData()));
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QJsonDocument>
 #include <QStringList>
 
 /**
@@ -24,6 +25,9 @@ public:
     [[nodiscard]] QString getEventJson(const QString &id) const;
     /// JSON text of the administrator's saved settings of an event, empty when there are none.
     [[nodiscard]] QString getOverrideEventJson(const QString &id) const;
+    /// The parsed texts, null where there is none or it is no JSON; parsed where they lie, without a copy.
+    [[nodiscard]] QJsonDocument eventDocument(const QString &id) const;
+    [[nodiscard]] QJsonDocument overrideDocument(const QString &id) const;
 
     QStringList eventIds; ///< in the library's order
     QStringList groupIds; ///< in the library's order

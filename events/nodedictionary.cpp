@@ -24,6 +24,7 @@ NodeDictionary NodeDictionary::fromJson(const QByteArray &json)
 {
     NodeDictionary dictionary;
     const QJsonObject object = QJsonDocument::fromJson(json).object();
+    dictionary.m_entries.reserve(object.size());
     for (auto it = object.begin(); it != object.end(); ++it) {
         if (!it->isObject()) {
             continue;

@@ -45,7 +45,7 @@ public:
         // A real member of that name, in either object, is never replaced by a record.
         QString name;
         do {
-            name = QStringLiteral("overlay%1").arg(m_counter++);
+            name = QLatin1String("overlay") + QString::number(m_counter++);
         } while (m_target.contains(name) || m_override.contains(name));
         m_target.insert(name, key);
         m_marks.records.insert(name);

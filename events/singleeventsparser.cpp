@@ -88,32 +88,43 @@ EventTreeItem *SingleEventsParser::parse() const
     if (m_spare) {
         return m_spare.release();
     }
-    // A load needs two equal trees; copying one costs a fraction of building it.
-    EventTreeItem *root = build();
-    m_spare = EventTreeClone::clone(*root);
-    return root;
+    auto root = std::make_unique<EventTreeItem>(QVector<QVariant>{i18n("Parameter"), i18n("Value")});
+    root->kind = EventTreeItem::Group; // no event, as which every node starts
+    createGroups(root.get());
+    m_spare = EventTreeClone::copyNode(*root, nullptr);
+    for (const QString &id : m_reader.eventIds) {
+        if (EventTreeItem *event = createEventItem(id, MergedEvent, root.get())) {
+            setItemOptions(event);
+            copyToSpare(*event);
+        }
+    }
+    makeDependsMap(root.get());
+    finish(root.get());
+    finish(m_spare.get());
+    m_depends.clear();
+    return root.release();
 }
 
-EventTreeItem *SingleEventsParser::build() const
+/// A load needs two equal trees. Copying an event costs a fraction of building it, and least while it is new:
+/// a whole tree is far larger than the processor's memory.
+void SingleEventsParser::copyToSpare(const EventTreeItem &event) const
 {
-    auto *root = new EventTreeItem({i18n("Parameter"), i18n("Value")});
-    root->kind = EventTreeItem::Group; // no event, as which every node starts
-    createGroups(root);
-    for (const QString &id : m_reader.eventIds) {
-        createEventItem(id, MergedEvent, root);
+    const EventTreeItem *group = event.parentItem();
+    if (group->row() == m_spare->childCount()) {
+        m_spare->appendChild(new EventTreeItem(*group, m_spare.get())); // made for an event, not listed
     }
-    makeParametersUncheckable(root);
+    EventTreeItem *spareGroup = m_spare->eventChild(group->row());
+    spareGroup->appendChild(EventTreeClone::copyNode(event, spareGroup).release());
+}
+
+void SingleEventsParser::finish(EventTreeItem *root) const
+{
     for (int row = 0; row < root->childCount(); ++row) {
         EventTreeItem *group = root->eventChild(row);
         group->checkable = EventLookup::hasCheckableChild(*group);
         CheckStates::setDirChecked(group);
     }
-    makeDependsMap(root);
     checkDepends(root);
-    m_depends.clear();
-    hideAuxItems(root);
-    setItemOptions(root);
-    return root;
 }
 
 void SingleEventsParser::createGroups(EventTreeItem *root) const
@@ -153,14 +164,14 @@ EventTreeItem *SingleEventsParser::groupOf(const QJsonObject &description, Event
 EventTreeItem *SingleEventsParser::createEventItem(const QString &id, EventItemType type,
                                                    EventTreeItem *root) const
 {
-    QJsonObject description = objectFrom(m_reader.getEventJson(id));
+    QJsonObject description = m_reader.eventDocument(id).object();
     if (description.isEmpty()) {
         return nullptr;
     }
     EventTreeItem *group = root ? groupOf(description, root) : nullptr;
     OverlayMarks marks;
     if (type == MergedEvent) {
-        const QJsonDocument override = QJsonDocument::fromJson(m_reader.getOverrideEventJson(id).toUtf8());
+        const QJsonDocument override = m_reader.overrideDocument(id);
         if (override.isObject()) {
             description = mergeNodes(std::move(description), override.object(), marks);
         }
@@ -177,16 +188,6 @@ EventTreeItem *SingleEventsParser::createEventItem(const QString &id, EventItemT
         event->setData(0, event->localizedName);
     }
     return event;
-}
-
-void SingleEventsParser::makeParametersUncheckable(EventTreeItem *item) const
-{
-    if (item->kind >= EventTreeItem::Parameter) {
-        item->checkable = false;
-    }
-    for (int row = 0; row < item->childCount(); ++row) {
-        makeParametersUncheckable(item->eventChild(row));
-    }
 }
 
 void SingleEventsParser::makeDependsMap(const EventTreeItem *item) const
@@ -266,42 +267,24 @@ void SingleEventsParser::makeFiltersFromRules(EventTreeItem *event) const
     list->setData(2, JsonText::compact(paths));
 }
 
-void SingleEventsParser::hideAuxItems(EventTreeItem *item) const
+void SingleEventsParser::setItemOptions(EventTreeItem *event) const
 {
-    const QLatin1String prefix("overlay");
-    const bool named = item->nativeName.startsWith(prefix) || item->value(0).toString().startsWith(prefix);
-    if (named && item->kind >= EventTreeItem::Parameter && !item->isSubject()) {
-        item->visible = false;
-    }
-    for (int row = 0; row < item->childCount(); ++row) {
-        hideAuxItems(item->eventChild(row));
-    }
-}
-
-void SingleEventsParser::setItemOptions(EventTreeItem *item) const
-{
-    if (item->kind != EventTreeItem::Event) {
-        for (int row = 0; row < item->childCount(); ++row) {
-            setItemOptions(item->eventChild(row));
-        }
-        return;
-    }
-    const auto isSet = [item](QLatin1String name) {
-        const EventTreeItem *flag = item->member(name);
+    const auto isSet = [event](QLatin1String name) {
+        const EventTreeItem *flag = event->member(name);
         return flag && flag->value(1).toDouble() != 0;
     };
-    item->notRedirected = isSet(QLatin1String("is-not-redirected"));
-    item->generatesLoad = isSet(QLatin1String("generates-load"));
-    if (item->hasAuditRules()) {
-        if (EventTreeItem *list = EventLookup::findParameter(*item, QStringLiteral(".auditd.key"))) {
+    event->notRedirected = isSet(QLatin1String("is-not-redirected"));
+    event->generatesLoad = isSet(QLatin1String("generates-load"));
+    if (event->hasAuditRules()) {
+        if (EventTreeItem *list = EventLookup::findParameter(*event, QStringLiteral(".auditd.key"))) {
             list->setHasAuditRules(true);
         }
     }
-    const EventTreeItem *messageId = EventLookup::findMessageParameter(*item, QStringLiteral("message_id"));
+    const EventTreeItem *messageId = EventLookup::findMessageParameter(*event, QStringLiteral("message_id"));
     if (messageId && m_notificationLookup && m_notificationLookup(messageId->value(1).toString())) {
-        item->notificationState = EventTreeItem::NotificationOn;
+        event->notificationState = EventTreeItem::NotificationOn;
     }
-    if (const EventTreeItem *conflicts = item->member(QLatin1String("conflicts-with"))) {
-        item->conflictsWith = conflicts->value(1).toString().split(QLatin1String(", "));
+    if (const EventTreeItem *conflicts = event->member(QLatin1String("conflicts-with"))) {
+        event->conflictsWith = conflicts->value(1).toString().split(QLatin1String(", "));
     }
 }

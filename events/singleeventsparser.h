@@ -64,17 +64,16 @@ public:
 private:
     void initDefaultUsersAndGroups();
     void getNodesDescription();
-    [[nodiscard]] EventTreeItem *build() const;
+    void copyToSpare(const EventTreeItem &event) const;
+    void finish(EventTreeItem *root) const;
     void createGroups(EventTreeItem *root) const;
     EventTreeItem *createGroupNode(const QString &id, EventTreeItem *root) const;
     [[nodiscard]] EventTreeItem *groupOf(const QJsonObject &description, EventTreeItem *root) const;
-    void makeParametersUncheckable(EventTreeItem *item) const;
     void makeDependsMap(const EventTreeItem *item) const;
     void checkDepends(EventTreeItem *root) const;
     [[nodiscard]] EventTreeItem *filtersOf(EventTreeItem *event) const;
     void makeFiltersFromRules(EventTreeItem *event) const;
-    void hideAuxItems(EventTreeItem *item) const;
-    void setItemOptions(EventTreeItem *item) const;
+    void setItemOptions(EventTreeItem *event) const;
 
     NivraEventsReader m_reader;
     NodeDictionary m_dictionary;

@@ -50,7 +50,7 @@ void WatchedListsTest::init()
     event->setHasAuditRules(true);
     m_directories = TreeMaker::list(TreeMaker::event(group, "disk", "1"), "directories",
                                     R"([{"limit_bytes":"1","limit_percent":"2","path":"/"}])");
-    m_reference = EventTreeClone::clone(*m_root);
+    m_reference = EventTreeClone::copyNode(*m_root, nullptr);
 }
 
 void WatchedListsTest::pathsChangeTheListAndTheRules()
@@ -98,7 +98,7 @@ void WatchedListsTest::otherListsHaveNoRules()
 void WatchedListsTest::takingAChangeBackIsNoChange()
 {
     m_rules->setData(1, QStringLiteral("-w /a -p wa -k /a"));
-    m_reference = EventTreeClone::clone(*m_root);
+    m_reference = EventTreeClone::copyNode(*m_root, nullptr);
     ShownModel model(std::move(m_root));
     QVERIFY(WatchedLists::storePaths(*model, m_keys, QStringLiteral("/a, /b")));
     QVERIFY(WatchedLists::storePaths(*model, m_keys, QStringLiteral("/a")));

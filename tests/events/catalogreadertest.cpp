@@ -5,6 +5,7 @@
 
 #include <nivraeventsreader.h>
 
+#include <QJsonObject>
 #include <QTest>
 
 /// The reader over the catalog library itself.
@@ -55,6 +56,32 @@ private Q_SLOTS:
         QCOMPARE(Tree::object(reader.getOverrideEventJson(QStringLiteral("login")).toUtf8()),
                  Tree::object(R"({"enabled": "0"})"));
         QVERIFY(reader.getOverrideEventJson(QStringLiteral("logout")).isEmpty());
+    }
+
+    void documentsAreTheParsedTexts()
+    {
+        const CatalogSandbox sandbox;
+        sandbox.addEvent("g", "event", R"({"text": "вход"})");
+        sandbox.addEvent("g", "broken", R"({"text": )");
+        sandbox.setSettings(R"({"event": {"enabled": "0"}})");
+        const NivraEventsReader reader;
+
+        const QString id = QStringLiteral("event");
+        QCOMPARE(reader.eventDocument(id).object(), Tree::object(reader.getEventJson(id).toUtf8()));
+        QCOMPARE(reader.overrideDocument(id).object(), Tree::object(R"({"enabled": "0"})"));
+        QVERIFY(reader.eventDocument(QStringLiteral("broken")).isNull());
+        QVERIFY(reader.overrideDocument(QStringLiteral("broken")).isNull());
+        QVERIFY(reader.eventDocument(QStringLiteral("unknown")).isNull());
+    }
+
+    void strayByteCostsALetterAndNotTheEvent()
+    {
+        const CatalogSandbox sandbox;
+        sandbox.addEvent("g", "event", "{\"text\": \"a\xFFz\"}");
+        const NivraEventsReader reader;
+
+        const QJsonObject event = reader.eventDocument(QStringLiteral("event")).object();
+        QCOMPARE(event.value(QLatin1String("text")).toString(), QStringLiteral("a\uFFFDz"));
     }
 
     void unknownIdentifierGivesAnEmptyText()

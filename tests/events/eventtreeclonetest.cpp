@@ -3,8 +3,6 @@
 
 #include "catalogsandbox.h"
 
-#include <eventtreeclone.h>
-
 #include <QTest>
 
 namespace {
@@ -27,8 +25,14 @@ QVector<QVector<int>> placesOf(const QVector<EventTreeItem *> &nodes)
     return places;
 }
 
-/// A source whose every field differs from its initial value somewhere.
-std::unique_ptr<EventTreeItem> source()
+struct Trees
+{
+    std::unique_ptr<EventTreeItem> root;
+    std::unique_ptr<EventTreeItem> copy;
+};
+
+/// Both trees of a load. Every field differs from its initial value somewhere.
+Trees loaded()
 {
     const CatalogSandbox sandbox;
     sandbox.setDictionary(
@@ -39,11 +43,13 @@ std::unique_ptr<EventTreeItem> source()
         "message-audit-rules": "-w /a -k /a", "message-audit-events": {"login": {"users": {"alice": {"succ": "1"}}}},
         "message-params": {"name_en": "E", "name_ru": "С", "message_id": "m"}})");
     sandbox.addEvent("g", "one", R"({"event-group": "g", "message-depends": "two"})");
-    sandbox.addEvent("h", "two", R"({"event-group": "h", "enabled": "0", "message-depends": "event"})");
+    sandbox.addEvent("h", "two",
+                     R"({"event-group": "unlisted", "enabled": "0", "message-depends": "event"})");
     sandbox.setSettings(R"({"event": {"open": {"b": "1"}}})");
     SingleEventsParser parser({QStringLiteral("root")}, {}, nullptr);
     parser.setNotificationLookup([](const QString &) { return true; });
-    return std::unique_ptr<EventTreeItem>(parser.parse());
+    std::unique_ptr<EventTreeItem> root(parser.parse());
+    return {std::move(root), std::unique_ptr<EventTreeItem>(parser.parse())};
 }
 } // namespace
 
@@ -54,8 +60,7 @@ class EventTreeCloneTest : public QObject
 private Q_SLOTS:
     void copyEqualsItsSourceInEveryField()
     {
-        const auto root = source();
-        const auto copy = EventTreeClone::clone(*root);
+        const auto [root, copy] = loaded();
         const QVector<EventTreeItem *> originals = Tree::all(root.get());
         const QVector<EventTreeItem *> copies = Tree::all(copy.get());
 
@@ -86,8 +91,7 @@ private Q_SLOTS:
 
     void linksLeadIntoTheCopyInTheSameOrder()
     {
-        const auto root = source();
-        const auto copy = EventTreeClone::clone(*root);
+        const auto [root, copy] = loaded();
         const QVector<EventTreeItem *> originals = Tree::all(root.get());
         const QVector<EventTreeItem *> copies = Tree::all(copy.get());
         int links = 0;
@@ -106,8 +110,7 @@ private Q_SLOTS:
 
     void copyLivesOnItsOwn()
     {
-        auto root = source();
-        const auto copy = EventTreeClone::clone(*root);
+        auto [root, copy] = loaded();
         Tree::at(root, "g/event/open")->setData(1, QStringLiteral("edited"));
         Tree::at(root, "g/event")->checkState = Qt::PartiallyChecked;
         QVERIFY(!Tree::at(copy, "g/event/open")->data(1).isValid());

@@ -115,7 +115,7 @@ private:
     [[nodiscard]] static std::unique_ptr<EventTreeItem> counterpart(const EventTreeItem &tree)
     {
         QFETCH_GLOBAL(bool, shared);
-        std::unique_ptr<EventTreeItem> copy = EventTreeClone::clone(tree);
+        std::unique_ptr<EventTreeItem> copy = EventTreeClone::copyNode(tree, nullptr);
         if (!shared) {
             detach(copy.get());
         }
