@@ -3,11 +3,17 @@
 
 #include "baseline.h"
 
+#include <eventdisplay.h>
 #include <eventtreeitem.h>
 #include <fuzzymatch.h>
 
+#include <QFile>
 #include <QJsonDocument>
 #include <QSet>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 using Baseline::PlainNode;
@@ -16,8 +22,9 @@ void collect(const EventTreeItem &item, QVector<PlainNode> &nodes)
 {
     for (int row = 0; row < item.childCount(); ++row) {
         const EventTreeItem &child = *item.eventChild(row);
-        nodes.append(
-            {child.value(0).toString(), child.value(1), child.value(2).toString(), child.childCount()});
+        nodes.append({child.value(0).toString(), child.value(1), child.value(2).toString(),
+                      child.childCount(), EventDisplay::checkStateValue(child, 0),
+                      EventDisplay::checkStateValue(child, 1)});
         collect(child, nodes);
     }
 }
@@ -34,16 +41,24 @@ QStandardItem *createItem(const QVariant &value)
     return item;
 }
 
-void fillItem(QStandardItem *parent, const PlainNode *&next, int count)
+QStandardItem *withCheckBox(QStandardItem *item, const QVariant &state)
 {
-    for (int row = 0; row < count; ++row) {
-        const PlainNode &node = *next++;
-        auto *name = new QStandardItem(node.name);
-        // Filled before it is added: a model that listens would only make this slower.
-        fillItem(name, next, node.childCount);
-        parent->appendRow({name, createItem(node.value),
-                           node.json.isNull() ? new QStandardItem : new QStandardItem(node.json)});
+    if (state.isValid()) {
+        item->setData(state, Qt::CheckStateRole);
     }
+    return item;
+}
+
+QList<QStandardItem *> createRow(const PlainNode *&next)
+{
+    const PlainNode &node = *next++;
+    QStandardItem *name = withCheckBox(new QStandardItem(node.name), node.nameState);
+    // Filled before it is added: a model that listens would only make this slower.
+    for (int row = 0; row < node.childCount; ++row) {
+        name->appendRow(createRow(next));
+    }
+    return {name, withCheckBox(createItem(node.value), node.valueState),
+            node.json.isNull() ? new QStandardItem : new QStandardItem(node.json)};
 }
 } // namespace
 
@@ -72,7 +87,7 @@ QVector<PlainNode> Baseline::detached(const QVector<PlainNode> &nodes)
     for (const PlainNode &node : nodes) {
         const bool isText = node.value.userType() == QMetaType::QString;
         copies.append({copy(node.name), isText ? QVariant(copy(node.value.toString())) : node.value,
-                       copy(node.json), node.childCount});
+                       copy(node.json), node.childCount, QVariant(), QVariant()});
     }
     return copies;
 }
@@ -86,16 +101,37 @@ int Baseline::parseDocuments(const QVector<QByteArray> &documents)
     return objects;
 }
 
+QVector<QByteArray> Baseline::readFiles(const QStringList &files)
+{
+    QVector<QByteArray> contents;
+    contents.reserve(files.size());
+    for (const QString &path : files) {
+        const int file = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+        struct stat status
+        {
+        };
+        if (file < 0 || fstat(file, &status) != 0) {
+            return {};
+        }
+        QByteArray content(static_cast<int>(status.st_size), Qt::Uninitialized);
+        const bool whole
+            = read(file, content.data(), static_cast<std::size_t>(content.size())) == content.size();
+        close(file);
+        if (!whole) {
+            return {};
+        }
+        contents.append(content);
+    }
+    return contents;
+}
+
 void Baseline::fillModel(QStandardItemModel &model, const QVector<PlainNode> &nodes)
 {
     model.setColumnCount(3);
     const PlainNode *next = nodes.constData();
     const PlainNode *end = next + nodes.size();
     while (next != end) {
-        const PlainNode &node = *next++;
-        auto *name = new QStandardItem(node.name);
-        fillItem(name, next, node.childCount);
-        model.appendRow({name, createItem(node.value), new QStandardItem(node.json)});
+        model.appendRow(createRow(next));
     }
 }
 

@@ -20,3 +20,8 @@ std::size_t bytesLeftBy(const std::function<void()> &work)
     const std::size_t after = bytesInUse();
     return after > before ? after - before : 0;
 }
+
+void settleHeap()
+{
+    malloc_trim(0);
+}

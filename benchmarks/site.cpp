@@ -97,10 +97,10 @@ bool Site::writeSettings(SiteMaker &maker, int everyNth)
 
 bool Site::readDocuments()
 {
-    QStringList files = jsonFilesBelow(SystemPaths::resolve(SystemPaths::eventSettingsDirectory()));
-    files.append(SystemPaths::resolve(SystemPaths::eventSettingsFile()));
-    files.append(SystemPaths::resolve(SystemPaths::nodeDictionary()));
-    for (const QString &file : qAsConst(files)) {
+    m_files = jsonFilesBelow(SystemPaths::resolve(SystemPaths::eventSettingsDirectory()));
+    m_files.append(SystemPaths::resolve(SystemPaths::eventSettingsFile()));
+    m_files.append(SystemPaths::resolve(SystemPaths::nodeDictionary()));
+    for (const QString &file : qAsConst(m_files)) {
         m_documents.append(contentOf(file));
         if (m_documents.constLast().isEmpty()) {
             return false;

@@ -6,6 +6,7 @@
 #include "sitemaker.h"
 
 #include <QByteArray>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QVector>
 
@@ -24,7 +25,9 @@ public:
     void select() const;
 
     [[nodiscard]] const Accounts &accounts() const { return m_accounts; }
-    /// The content of every JSON file that a load reads.
+    /// Every JSON file that a load reads.
+    [[nodiscard]] const QStringList &files() const { return m_files; }
+    /// The content of each of them.
     [[nodiscard]] const QVector<QByteArray> &documents() const { return m_documents; }
 
 private:
@@ -34,5 +37,6 @@ private:
 
     QTemporaryDir m_root;
     Accounts m_accounts;
+    QStringList m_files;
     QVector<QByteArray> m_documents;
 };
