@@ -65,10 +65,3 @@ void CheckStates::setDirChecked(EventTreeItem *group)
         group->checkState = checked == checkable ? Qt::Checked : Qt::PartiallyChecked;
     }
 }
-
-void CheckStates::refreshGroups(EventTreeItem *root)
-{
-    for (int row = 0; row < root->childCount(); ++row) {
-        setDirChecked(root->eventChild(row));
-    }
-}

@@ -17,6 +17,4 @@ void takeFromValue(EventTreeItem *node);
 void valueChanged(EventTreeItem *node);
 /// The state of a checkable group from its checkable children, groups below it first.
 void setDirChecked(EventTreeItem *group);
-/// setDirChecked() for every group of the tree.
-void refreshGroups(EventTreeItem *root);
 } // namespace CheckStates

@@ -54,11 +54,6 @@ QStringList NotificationStore::lines(const QString &messageId) const
     return m_pending.value(canonical, m_onDisk.value(canonical));
 }
 
-bool NotificationStore::isOnDisk(const QString &messageId) const
-{
-    return m_fileNames.contains(NotificationName::canonical(messageId));
-}
-
 bool NotificationStore::isPending(const QString &messageId) const
 {
     return m_pending.contains(NotificationName::canonical(messageId));

@@ -23,8 +23,6 @@ public:
 
     /// The fragment's lines, without line breaks; empty when there is none that can be read.
     [[nodiscard]] QStringList lines(const QString &messageId) const;
-    /// Whether there is a fragment on disk, readable or not.
-    [[nodiscard]] bool isOnDisk(const QString &messageId) const;
     /// Whether the event was set up and is not written yet.
     [[nodiscard]] bool isPending(const QString &messageId) const;
     [[nodiscard]] bool hasPending() const { return !m_pending.isEmpty(); }

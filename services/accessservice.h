@@ -6,7 +6,6 @@
 
 #include <QMap>
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QVariant>
 
@@ -67,7 +66,6 @@ Q_SIGNALS:
     void error(const KAuth::Action *action, const QString &text);
 
 private:
-    static void startWhenFree(const QPointer<AccessService> &service, KAuth::Action action);
     void asyncActionEnded(KJob *job, const KAuth::Action &action);
     void asyncActionFailed(const QString &text, const KAuth::Action &action);
 

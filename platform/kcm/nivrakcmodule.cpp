@@ -92,11 +92,6 @@ void NivraKCModule::setApplyFailed(bool failed)
     m_applyFailed = failed;
 }
 
-bool NivraKCModule::applyFailed() const
-{
-    return m_applyFailed;
-}
-
 void NivraKCModule::placeStateWidget()
 {
     if (m_stateWidgetPlaced) {

@@ -66,9 +66,6 @@ protected:
     /** To be called in change(): whether storing failed. Each save() starts with "it did not". */
     void setApplyFailed(bool failed);
 
-    /** Returns whether the last (or the running) save() failed. */
-    [[nodiscard]] bool applyFailed() const;
-
     /** Appends the state bar to the page's layout, which must be a box layout. Happens once, at the first
      * show. */
     void placeStateWidget();

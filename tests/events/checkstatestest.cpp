@@ -133,7 +133,7 @@ private Q_SLOTS:
         EventTreeItem *group = groupOf(&root, {0, 2});
         EventTreeItem *event = group->eventChild(0);
         EventTreeItem *enabled = append(event, "enabled", EventTreeItem::Parameter, QStringLiteral("0"));
-        CheckStates::refreshGroups(&root);
+        CheckStates::setDirChecked(group);
         QCOMPARE(group->checkState, int(Qt::PartiallyChecked));
 
         enabled->setData(1, QStringLiteral("1"));
@@ -156,17 +156,6 @@ private Q_SLOTS:
         CheckStates::valueChanged(enabled);
         QCOMPARE(parameter->checkState, int(Qt::Checked));
         QCOMPARE(event->checkState, int(Qt::Unchecked));
-    }
-
-    void refreshingSettlesEveryGroup()
-    {
-        EventTreeItem root({});
-        const QVector<EventTreeItem *> groups{groupOf(&root, {2}), groupOf(&root, {2, 0}),
-                                              groupOf(&root, {0})};
-        CheckStates::refreshGroups(&root);
-        QCOMPARE(groups.at(0)->checkState, 2);
-        QCOMPARE(groups.at(1)->checkState, 1);
-        QCOMPARE(groups.at(2)->checkState, 0);
     }
 };
 

@@ -23,7 +23,6 @@ private Q_SLOTS:
     void eventsWithoutABoxDoNotCount();
     void uncheckableOrEmptyGroupKeepsItsState();
     void innerGroupsAreSettledFirst();
-    void allGroupsAreRefreshed();
 };
 
 void ClickStatesTest::stateFollowsTheValue_data()
@@ -169,18 +168,6 @@ void ClickStatesTest::innerGroupsAreSettledFirst()
     CheckStates::setDirChecked(outer);
     QCOMPARE(inner->checkState, int(Qt::PartiallyChecked));
     QCOMPARE(outer->checkState, int(Qt::PartiallyChecked));
-}
-
-void ClickStatesTest::allGroupsAreRefreshed()
-{
-    auto root = TreeMaker::root();
-    EventTreeItem *first = TreeMaker::group(root.get(), "first");
-    EventTreeItem *second = TreeMaker::group(root.get(), "second");
-    TreeMaker::event(first, "a", "1");
-    TreeMaker::event(second, "b", "1");
-    CheckStates::refreshGroups(root.get());
-    QCOMPARE(first->checkState, int(Qt::Checked));
-    QCOMPARE(second->checkState, int(Qt::Checked));
 }
 
 QTEST_MAIN(ClickStatesTest)

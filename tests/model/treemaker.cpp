@@ -116,7 +116,9 @@ void TreeMaker::link(EventTreeItem *event, EventTreeItem *needed)
 
 void TreeMaker::settleGroups(EventTreeItem *root)
 {
-    CheckStates::refreshGroups(root);
+    for (int row = 0; row < root->childCount(); ++row) {
+        CheckStates::setDirChecked(root->eventChild(row));
+    }
 }
 
 QStringList TreeMaker::marked(const EventTreeItem &root)
