@@ -46,29 +46,7 @@ QStringList keysOf(const CatalogEvent &event)
 
 } // namespace
 
-EventMatcher::EventMatcher(const QString &settingsFile)
-    : m_catalog(settingsFile)
-{
-}
-
-QList<QByteArray> EventMatcher::records(const AuditEvent &event)
-{
-    if (m_catalog.refresh()) {
-        m_rules.clear();
-        for (const CatalogEvent &one : m_catalog.events()) {
-            addRule(one);
-        }
-    }
-    QList<QByteArray> records;
-    for (const Rule &rule : qAsConst(m_rules)) {
-        if (matches(rule, event)) {
-            records << record(rule, event);
-        }
-    }
-    return records;
-}
-
-void EventMatcher::addRule(const CatalogEvent &event)
+std::optional<EventMatcher::Rule> EventMatcher::Rule::of(const CatalogEvent &event)
 {
     const QJsonObject filter = event.filter();
     Rule rule;
@@ -76,50 +54,50 @@ void EventMatcher::addRule(const CatalogEvent &event)
     rule.type = filter.value(fieldPrefix() + QLatin1String("type")).toString();
     rule.keys = keysOf(event);
     if (rule.type.isEmpty()) {
-        return;
+        return {};
     }
     for (auto it = filter.begin(); it != filter.end(); ++it) {
         if (!it.key().startsWith(fieldPrefix())) {
-            return; // what other messages say cannot be looked for here
+            return {}; // what other messages say cannot be looked for here
         }
         const QString field = it.key().mid(fieldPrefix().size());
         if (field != QLatin1String("type") && field != QLatin1String("key")) {
             rule.conditions.insert(field, CatalogEvents::values(*it));
         }
     }
-    m_rules << rule;
+    return rule;
 }
 
-bool EventMatcher::matches(const Rule &rule, const AuditEvent &event)
+bool EventMatcher::Rule::matches(const AuditEvent &happened) const
 {
-    if (!event.types.contains(rule.type)) {
+    if (!happened.types.contains(type)) {
         return false;
     }
-    if (rule.type == QLatin1String("SYSCALL")) {
-        const QStringList keys = CatalogEvents::parts(event.fields.value(QStringLiteral("key")));
-        if (std::none_of(keys.cbegin(), keys.cend(),
-                         [&](const QString &key) { return rule.keys.contains(key); })) {
+    if (type == QLatin1String("SYSCALL")) {
+        const QStringList found = CatalogEvents::parts(happened.fields.value(QStringLiteral("key")));
+        if (std::none_of(found.cbegin(), found.cend(),
+                         [&](const QString &key) { return keys.contains(key); })) {
             return false;
         }
     }
-    for (auto it = rule.conditions.cbegin(); it != rule.conditions.cend(); ++it) {
-        if (!it->contains(event.fields.value(it.key()))) {
+    for (auto it = conditions.cbegin(); it != conditions.cend(); ++it) {
+        if (!it->contains(happened.fields.value(it.key()))) {
             return false;
         }
     }
     return true;
 }
 
-QByteArray EventMatcher::record(const Rule &rule, const AuditEvent &event)
+QByteArray EventMatcher::Rule::record(const AuditEvent &happened) const
 {
     QList<QPair<QString, QString>> values;
-    const QList<QPair<QString, QString>> parameters = rule.event.parameters();
+    const QList<QPair<QString, QString>> parameters = event.parameters();
     for (const auto &[name, macro] : parameters) {
         if (macro.startsWith(fieldPrefix())) {
-            values.append({name, event.fields.value(macro.mid(fieldPrefix().size()))});
+            values.append({name, happened.fields.value(macro.mid(fieldPrefix().size()))});
         }
     }
-    return rule.event.record(values);
+    return event.record(values);
 }
 
 } // namespace NivraRecorder

@@ -3,13 +3,15 @@
 #pragma once
 
 #include "auditassembler.h"
-#include "catalogevents.h"
+#include "eventrules.h"
 
 #include <QByteArray>
 #include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 namespace NivraRecorder {
 
@@ -26,26 +28,28 @@ class EventMatcher
 {
 public:
     /** @param settingsFile the event settings file. */
-    explicit EventMatcher(const QString &settingsFile);
+    explicit EventMatcher(const QString &settingsFile)
+        : m_rules(settingsFile)
+    {
+    }
 
     /** The records of all events that @p event is; see CatalogEvent::record(). */
-    [[nodiscard]] QList<QByteArray> records(const AuditEvent &event);
+    [[nodiscard]] QList<QByteArray> records(const AuditEvent &event) { return m_rules.records(event); }
 
 private:
     struct Rule
     {
+        [[nodiscard]] static std::optional<Rule> of(const CatalogEvent &event);
+        [[nodiscard]] bool matches(const AuditEvent &happened) const;
+        [[nodiscard]] QByteArray record(const AuditEvent &happened) const;
+
         CatalogEvent event;
         QString type; ///< type of the audit record
         QStringList keys; ///< one of these, for a system call
         QHash<QString, QStringList> conditions; ///< the values that a field may have
     };
 
-    void addRule(const CatalogEvent &event);
-    [[nodiscard]] static bool matches(const Rule &rule, const AuditEvent &event);
-    [[nodiscard]] static QByteArray record(const Rule &rule, const AuditEvent &event);
-
-    CatalogEvents m_catalog;
-    QList<Rule> m_rules;
+    EventRules<Rule> m_rules;
 };
 
 } // namespace NivraRecorder

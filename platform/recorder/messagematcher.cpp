@@ -31,29 +31,7 @@ QString valueOf(const QString &macro, const SystemMessage &message)
 
 } // namespace
 
-MessageMatcher::MessageMatcher(const QString &settingsFile)
-    : m_catalog(settingsFile)
-{
-}
-
-QList<QByteArray> MessageMatcher::records(const SystemMessage &message)
-{
-    if (m_catalog.refresh()) {
-        m_rules.clear();
-        for (const CatalogEvent &one : m_catalog.events()) {
-            addRule(one);
-        }
-    }
-    QList<QByteArray> records;
-    for (const Rule &rule : qAsConst(m_rules)) {
-        if (matches(rule, message)) {
-            records << record(rule, message);
-        }
-    }
-    return records;
-}
-
-void MessageMatcher::addRule(const CatalogEvent &event)
+std::optional<MessageMatcher::Rule> MessageMatcher::Rule::of(const CatalogEvent &event)
 {
     const QJsonObject filter = event.filter();
     Rule rule;
@@ -65,35 +43,36 @@ void MessageMatcher::addRule(const CatalogEvent &event)
             // A text may hold commas.
             rule.texts = it->isArray() ? CatalogEvents::values(*it) : QStringList{it->toString()};
         } else {
-            return; // an event of the audit daemon
+            return {}; // an event of the audit daemon
         }
     }
-    if (!rule.programs.isEmpty() || !rule.texts.isEmpty()) {
-        m_rules << rule;
+    if (rule.programs.isEmpty() && rule.texts.isEmpty()) {
+        return {};
     }
+    return rule;
 }
 
-bool MessageMatcher::matches(const Rule &rule, const SystemMessage &message)
+bool MessageMatcher::Rule::matches(const SystemMessage &message) const
 {
-    if (!message.isOfSystem && rule.event.messageType() != QLatin1String("custom")) {
+    if (!message.isOfSystem && event.messageType() != QLatin1String("custom")) {
         return false;
     }
-    if (!rule.programs.isEmpty() && !rule.programs.contains(message.program)) {
+    if (!programs.isEmpty() && !programs.contains(message.program)) {
         return false;
     }
-    return rule.texts.isEmpty()
-        || std::any_of(rule.texts.cbegin(), rule.texts.cend(),
-                       [&](const QString &text) { return message.text.contains(text); });
+    return texts.isEmpty() || std::any_of(texts.cbegin(), texts.cend(), [&](const QString &text) {
+               return message.text.contains(text);
+           });
 }
 
-QByteArray MessageMatcher::record(const Rule &rule, const SystemMessage &message)
+QByteArray MessageMatcher::Rule::record(const SystemMessage &message) const
 {
     QList<QPair<QString, QString>> values;
-    const QList<QPair<QString, QString>> parameters = rule.event.parameters();
+    const QList<QPair<QString, QString>> parameters = event.parameters();
     for (const auto &[name, macro] : parameters) {
         values.append({name, valueOf(macro, message)});
     }
-    return rule.event.record(values);
+    return event.record(values);
 }
 
 } // namespace NivraRecorder

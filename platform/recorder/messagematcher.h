@@ -2,13 +2,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "catalogevents.h"
+#include "eventrules.h"
 #include "systemmessage.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 namespace NivraRecorder {
 
@@ -23,25 +25,27 @@ class MessageMatcher
 {
 public:
     /** @param settingsFile the event settings file. */
-    explicit MessageMatcher(const QString &settingsFile);
+    explicit MessageMatcher(const QString &settingsFile)
+        : m_rules(settingsFile)
+    {
+    }
 
     /** The records of all events that @p message is; see CatalogEvent::record(). */
-    [[nodiscard]] QList<QByteArray> records(const SystemMessage &message);
+    [[nodiscard]] QList<QByteArray> records(const SystemMessage &message) { return m_rules.records(message); }
 
 private:
     struct Rule
     {
+        [[nodiscard]] static std::optional<Rule> of(const CatalogEvent &event);
+        [[nodiscard]] bool matches(const SystemMessage &message) const;
+        [[nodiscard]] QByteArray record(const SystemMessage &message) const;
+
         CatalogEvent event;
         QStringList programs;
         QStringList texts;
     };
 
-    void addRule(const CatalogEvent &event);
-    [[nodiscard]] static bool matches(const Rule &rule, const SystemMessage &message);
-    [[nodiscard]] static QByteArray record(const Rule &rule, const SystemMessage &message);
-
-    CatalogEvents m_catalog;
-    QList<Rule> m_rules;
+    EventRules<Rule> m_rules;
 };
 
 } // namespace NivraRecorder
