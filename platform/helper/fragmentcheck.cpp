@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "fragmentcheck.h"
 
+#include <notificationkey.h>
+
 #include <KLocalizedString>
 
 #include <algorithm>
@@ -73,22 +75,6 @@ bool holdsUnprintable(const QString &text)
                        [](uint character) { return character <= 0xffff && isUnprintable(QChar(character)); });
 }
 
-/** The notification key: each "_" or "-" goes and makes the character after it a capital. */
-QString keyOf(const QString &id)
-{
-    QString key;
-    bool raise = false;
-    for (const QChar c : id) {
-        if (c == QLatin1Char('_') || c == QLatin1Char('-')) {
-            raise = true;
-        } else {
-            key += raise ? c.toUpper() : c;
-            raise = false;
-        }
-    }
-    return key;
-}
-
 QString formatOf(int parameters)
 {
     QStringList places;
@@ -119,7 +105,7 @@ QString textOf(const Values &values)
         option("message_type", values.type),
         option("event_user", values.user),
         option("event_group", values.group),
-        option("event_id", keyOf(values.id)),
+        option("event_id", notificationKey(values.id)),
         option("event_title", values.title),
         option("event_icon", QString()),
         option("event_params", values.parameters.join(QLatin1Char(','))),
