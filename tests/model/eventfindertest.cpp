@@ -1,44 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "shownmodel.h"
-#include "treemaker.h"
-
-#include <eventfinder.h>
-#include <eventsproxymodel.h>
+#include "finderfixture.h"
 
 #include <QAction>
-#include <QComboBox>
-#include <QLineEdit>
 #include <QSignalSpy>
-#include <QTest>
-#include <QToolButton>
-#include <QTreeView>
-#include <QVBoxLayout>
 
-namespace {
-/// Counts how often it lays out its rows.
-class CountingView : public QTreeView
-{
-public:
-    int layouts = 0;
-
-protected:
-    void updateGeometries() override
-    {
-        ++layouts;
-        QTreeView::updateGeometries();
-    }
-};
-} // namespace
-
-class EventFinderTest : public QObject
+class EventFinderTest : public QObject, private FinderFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { show(); }
+    void cleanup() { close(); }
 
     void modesAreListedInTheirOrder();
     void everyControlCanBeNamedAndReached();
@@ -52,149 +26,13 @@ private Q_SLOTS:
     void chosenModeFilters();
     void changedModeShowsWhetherItMatches();
     void changedModeWithoutTextKeepsTheSelection();
-    void stepsFollowTheTable_data();
-    void stepsFollowTheTable();
-    void stepIntoAGroupWithoutEventsTakesTheGroup();
-    void stepWithoutSelectionTakesTheFirstRow();
-    void stepStartsFromTheFirstSelectedCellInAnyColumn();
-    void stepsWithinTheMatchesOnly();
-    void selectedRowIsOpenCurrentAndInSight();
     void matchesAreShownInOpenGroups();
     void manyMatchesAreLaidOutAtOnce();
     void openedEventsStayOpenWhileSearching();
     void escapeEmptiesTheFieldOnly();
     void focusSelectsTheText();
     void newTreeIsSearchedAtOnce();
-
-private:
-    [[nodiscard]] QLineEdit *field() const
-    {
-        return m_finder->findChild<QLineEdit *>(QStringLiteral("eventSearch"));
-    }
-    [[nodiscard]] QComboBox *modes() const
-    {
-        return m_finder->findChild<QComboBox *>(QStringLiteral("searchFilter"));
-    }
-    [[nodiscard]] QToolButton *previous() const
-    {
-        return m_finder->findChild<QToolButton *>(QStringLiteral("searchPrev"));
-    }
-    [[nodiscard]] QToolButton *next() const
-    {
-        return m_finder->findChild<QToolButton *>(QStringLiteral("searchNext"));
-    }
-    void type(const QString &text) const
-    {
-        field()->setFocus();
-        field()->selectAll();
-        if (text.isEmpty()) {
-            QTest::keyClick(field(), Qt::Key_Delete);
-        } else {
-            // One key after the other, except that the test library has no keys for Cyrillic letters.
-            for (const QChar letter : text) {
-                QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
-                QApplication::sendEvent(field(), &press);
-            }
-        }
-    }
-    static void press(QToolButton *button) { QTest::mouseClick(button, Qt::LeftButton); }
-    [[nodiscard]] bool isRed() const { return field()->palette().color(QPalette::Text) == QColor(Qt::red); }
-    [[nodiscard]] static QString nativeName(const QModelIndex &index)
-    {
-        return index.data(CheckableTreeModel::NativeNameRole).toString();
-    }
-    /// The names of the selected rows, each as "group/event/parameter".
-    [[nodiscard]] QString selected() const
-    {
-        QStringList rows;
-        const QModelIndexList indexes = m_view->selectionModel()->selectedRows();
-        for (QModelIndex index : indexes) {
-            QString path = nativeName(index);
-            while ((index = index.parent()).isValid()) {
-                path.prepend(nativeName(index) + QLatin1Char('/'));
-            }
-            rows.append(path);
-        }
-        return rows.join(QLatin1Char(' '));
-    }
-    [[nodiscard]] QModelIndex shownAt(const QString &path) const
-    {
-        QModelIndex index;
-        const QStringList names = path.split(QLatin1Char('/'));
-        for (const QString &name : names) {
-            QModelIndex found;
-            for (int row = 0; row < m_proxy->rowCount(index); ++row) {
-                const QModelIndex child = m_proxy->index(row, 0, index);
-                found = nativeName(child) == name ? child : found;
-            }
-            index = found;
-        }
-        return index;
-    }
-    void select(const QString &path, int column = 0) const
-    {
-        const QModelIndex index = shownAt(path);
-        QVERIFY2(index.isValid(), qPrintable(path));
-        m_view->expand(index.parent());
-        m_view->selectionModel()->select(index.siblingAtColumn(column), QItemSelectionModel::ClearAndSelect);
-    }
-    static std::unique_ptr<EventTreeItem> sampleTree();
-
-    std::unique_ptr<ShownModel> m_model;
-    std::unique_ptr<EventsProxyModel> m_proxy;
-    std::unique_ptr<QAbstractItemModelTester> m_tester;
-    std::unique_ptr<QWidget> m_window;
-    CountingView *m_view = nullptr;
-    EventFinder *m_finder = nullptr;
 };
-
-std::unique_ptr<EventTreeItem> EventFinderTest::sampleTree()
-{
-    auto root = TreeMaker::root();
-    EventTreeItem *files = TreeMaker::group(root.get(), "files", "Watched things");
-    EventTreeItem *open = TreeMaker::event(files, "open", "0");
-    open->localizedName = QStringLiteral("File opened");
-    TreeMaker::parameter(open, "mode", "x");
-    TreeMaker::event(files, "rotate", "0")->localizedName = QStringLiteral("Rotation");
-    EventTreeItem *logins = TreeMaker::group(root.get(), "sessions", "Logins");
-    EventTreeItem *enter = TreeMaker::event(logins, "enter", "1");
-    enter->localizedName = QStringLiteral("Учёт входов");
-    EventTreeItem *leave = TreeMaker::event(logins, "leave", "0");
-    leave->localizedName = QStringLiteral("УЧЕТ ВЫХОДОВ");
-    TreeMaker::parameter(leave, "tty", "x");
-    EventTreeItem *last = TreeMaker::group(root.get(), "time", "Clock");
-    TreeMaker::event(last, "set", "1")->localizedName = QStringLiteral("Clock set");
-    TreeMaker::event(last, "zone", "0")->localizedName = QStringLiteral("Zone changed");
-    return root;
-}
-
-void EventFinderTest::init()
-{
-    m_model = std::make_unique<ShownModel>(sampleTree());
-    m_proxy = std::make_unique<EventsProxyModel>();
-    m_tester = std::make_unique<QAbstractItemModelTester>(
-        m_proxy.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-    m_proxy->setSourceModel(&**m_model);
-    m_window = std::make_unique<QWidget>();
-    m_view = new CountingView;
-    m_view->setModel(m_proxy.get());
-    m_view->setAnimated(false);
-    m_finder = new EventFinder(m_view, &**m_model, m_proxy.get(), nullptr);
-    auto *layout = new QVBoxLayout(m_window.get());
-    layout->addWidget(m_finder);
-    layout->addWidget(m_view);
-    m_window->resize(600, 200);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-}
-
-void EventFinderTest::cleanup()
-{
-    m_window.reset();
-    m_tester.reset();
-    m_proxy.reset();
-    m_model.reset();
-}
 
 void EventFinderTest::modesAreListedInTheirOrder()
 {
@@ -379,129 +217,6 @@ void EventFinderTest::changedModeWithoutTextKeepsTheSelection()
     QCOMPARE(m_view->selectionModel()->selectedIndexes(),
              QModelIndexList{shownAt(QStringLiteral("sessions/leave"))});
     QVERIFY(!next()->isEnabled());
-}
-
-void EventFinderTest::stepsFollowTheTable_data()
-{
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("forwards");
-    QTest::addColumn<QString>("backwards");
-    const auto row = [](const char *from, const char *forwards, const char *backwards) {
-        QTest::newRow(from) << QString::fromUtf8(from) << QString::fromUtf8(forwards)
-                            << QString::fromUtf8(backwards);
-    };
-    row("files", "sessions", "time");
-    row("sessions", "time", "files");
-    row("time", "files/open", "sessions");
-    row("files/open", "files/rotate", "files/open"); // no way back from the very first
-    row("files/rotate", "sessions/enter", "files/open");
-    row("sessions/enter", "sessions/leave", "files/rotate");
-    row("sessions/leave", "time/set", "sessions/enter");
-    row("time/set", "time/zone", "sessions/leave");
-    row("time/zone", "time/zone", "time/set"); // no way on from the very last
-    row("files/open/enabled", "files/open/mode", "files/open/enabled");
-    row("files/open/mode", "files/rotate/enabled", "files/open/enabled");
-    row("files/rotate/enabled", "files/rotate/enabled", "files/open/mode");
-    row("sessions/leave/tty", "sessions/leave/tty", "sessions/leave/enabled");
-}
-
-void EventFinderTest::stepsFollowTheTable()
-{
-    QFETCH(QString, from);
-    QFETCH(QString, forwards);
-    QFETCH(QString, backwards);
-    // What every row matches leaves the tree whole and the buttons enabled.
-    type(QStringLiteral("e"));
-    QCOMPARE(m_proxy->rowCount(), 3);
-    for (const auto &[button, expected] : {qMakePair(next(), forwards), qMakePair(previous(), backwards)}) {
-        const QModelIndex start = shownAt(from);
-        QVERIFY2(start.isValid(), qPrintable(from));
-        m_finder->selectIndex(start, start.siblingAtColumn(1));
-        QCOMPARE(selected(), from);
-        press(button);
-        QCOMPARE(selected(), expected);
-        QVERIFY(button->isEnabled());
-    }
-}
-
-void EventFinderTest::stepIntoAGroupWithoutEventsTakesTheGroup()
-{
-    auto root = TreeMaker::root();
-    TreeMaker::group(root.get(), "void1");
-    TreeMaker::event(TreeMaker::group(root.get(), "group"), "event", "0");
-    TreeMaker::group(root.get(), "void2");
-    (*m_model)->setRootItem(root.release());
-    m_finder->searchEvent(QStringLiteral("o"));
-    QCOMPARE(m_proxy->rowCount(), 3);
-    select(QStringLiteral("group/event"));
-    m_finder->selectNextEvent();
-    QCOMPARE(selected(), QStringLiteral("void2"));
-    m_finder->selectNextEvent();
-    QCOMPARE(selected(), QStringLiteral("void1"));
-    select(QStringLiteral("group/event"));
-    m_finder->selectPrevEvent();
-    QCOMPARE(selected(), QStringLiteral("void1"));
-    m_finder->selectPrevEvent();
-    QCOMPARE(selected(), QStringLiteral("void2"));
-}
-
-void EventFinderTest::stepWithoutSelectionTakesTheFirstRow()
-{
-    type(QStringLiteral("e"));
-    for (QToolButton *button : {previous(), next()}) {
-        m_view->clearSelection();
-        press(button);
-        QCOMPARE(selected(), QStringLiteral("files"));
-    }
-    // Without any row nothing happens.
-    type(QStringLiteral("zzz"));
-    m_finder->selectNextEvent();
-    m_finder->selectPrevEvent();
-    QCOMPARE(selected(), QString());
-}
-
-void EventFinderTest::stepStartsFromTheFirstSelectedCellInAnyColumn()
-{
-    type(QStringLiteral("e"));
-    select(QStringLiteral("sessions/enter"), 1);
-    press(next());
-    QCOMPARE(selected(), QStringLiteral("sessions/leave"));
-    select(QStringLiteral("sessions/leave"), 1);
-    press(previous());
-    QCOMPARE(selected(), QStringLiteral("sessions/enter"));
-}
-
-void EventFinderTest::stepsWithinTheMatchesOnly()
-{
-    type(QStringLiteral("ed"));
-    // "File opened", "Watched things" as a whole, "Zone changed"
-    QCOMPARE(selected(), QStringLiteral("files"));
-    QStringList path;
-    for (int step = 0; step < 5; ++step) {
-        press(next());
-        path.append(selected());
-    }
-    QCOMPARE(
-        path,
-        (QStringList{QStringLiteral("time"), QStringLiteral("files/open"), QStringLiteral("files/rotate"),
-                     QStringLiteral("time/zone"), QStringLiteral("time/zone")}));
-}
-
-void EventFinderTest::selectedRowIsOpenCurrentAndInSight()
-{
-    type(QStringLiteral("e"));
-    m_view->collapseAll();
-    const QModelIndex leave = shownAt(QStringLiteral("sessions/leave"));
-    m_finder->selectIndex(leave, leave.siblingAtColumn(1));
-    QVERIFY(m_view->isExpanded(leave));
-    QVERIFY(m_view->isExpanded(leave.parent()));
-    QCOMPARE(m_view->currentIndex(), leave);
-    QVERIFY(m_view->viewport()->rect().contains(m_view->visualRect(leave).center()));
-    select(QStringLiteral("time"));
-    press(next());
-    QCOMPARE(selected(), QStringLiteral("files/open"));
-    QVERIFY(m_view->viewport()->rect().contains(
-        m_view->visualRect(shownAt(QStringLiteral("files/open"))).center()));
 }
 
 void EventFinderTest::matchesAreShownInOpenGroups()

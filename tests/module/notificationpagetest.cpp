@@ -1,42 +1,29 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "notificationpage.h"
 #include "boxanswerer.h"
-#include "pagefixture.h"
 
-#include <checkabletreemodel.h>
 #include <checkboxparam.h>
-#include <dbusdialog.h>
-#include <eventtreeitem.h>
 #include <statewidget.h>
-
-#include <KMessageWidget>
 
 #include <QAbstractItemModelTester>
 #include <QAbstractProxyModel>
-#include <QDialogButtonBox>
-#include <QDir>
-#include <QFileInfo>
-#include <QJsonDocument>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 #include <QSpinBox>
 #include <QTest>
 #include <QTreeView>
 
-#include <algorithm>
-
 /// Notifications from the menu over the dialog to the files, and back after a new start.
-class NotificationPageTest : public QObject
+class NotificationPageTest : public QObject, private NotificationPage
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
+    void initTestCase() { start(); }
+    void init() { prepare(); }
 
     void theMenuOffersNotifications();
     void whatIsSetUpSurvivesTheCircle_data();
@@ -45,106 +32,14 @@ private Q_SLOTS:
     void cancellingANewNotificationSwitchesItOff();
     void cancellingAnEditChangesNothing();
     void switchingOffAndOnAgainStartsAfresh();
-    void aFailedWriteKeepsTheEdits();
-    void aFailedRemovalKeepsTheEdits();
     void repeatedSavingDoesNotGrowTheFragment();
-    void eventsThatShareANotificationAreNotBothSwitchedOn();
-    void aSharedFragmentShowsOnTheEventThatItNames();
-    void anOpenDialogHoldsTheSaveBack();
     void aReloadClosesTheDialog();
     void oneDialogAtATime();
-    void unusableEventsAreRefused_data();
-    void unusableEventsAreRefused();
-    void anUnreadableSettingsFileOpensNoDialog();
     void whoHasNoSettingsOfHisOwnSeesTheSystems();
     void theRepetitionIsAnEditOfThePage();
     void theViewerOpensTheSettingsOfItsEvent();
     void theSelectionNamesItsMessage();
-
-private:
-    void addEvent(const QString &id, const QString &messageId, const QJsonObject &more = {});
-    [[nodiscard]] QString fragment(const QString &name) const;
-    [[nodiscard]] QString ownFile() const;
-    [[nodiscard]] static DBusDialog *dialog(const AdminEventsModule &page)
-    {
-        return page.findChild<DBusDialog *>(QStringLiteral("DBusDialog"));
-    }
-    template <typename Widget> static Widget *field(const AdminEventsModule &page, const char *name)
-    {
-        return dialog(page)->findChild<Widget *>(QLatin1String(name));
-    }
-    static void clickOk(const AdminEventsModule &page)
-    {
-        field<QDialogButtonBox>(page, "buttonBox")->button(QDialogButtonBox::Ok)->click();
-    }
-    [[nodiscard]] static EventTreeItem *event(const AdminEventsModule &page, const QString &id)
-    {
-        return PageFixture::node(page.workingModel(), id);
-    }
-    void setUp(AdminEventsModule &page, const QString &id, const QString &title);
-
-    PageFixture m_machine;
 };
-
-void NotificationPageTest::initTestCase()
-{
-    const QString problem = m_machine.start();
-    QVERIFY2(problem.isEmpty(), qPrintable(problem));
-}
-
-void NotificationPageTest::init()
-{
-    m_machine.reset();
-    QVERIFY(m_machine.bus->setAllowed(true));
-    for (const char *id : {"user-login", "user_login", "log_in-failed", "plainword", "twin"}) {
-        addEvent(QStringLiteral("event ") + QLatin1String(id),
-                 QLatin1String(id) == QLatin1String("twin") ? QStringLiteral("log-in_failed")
-                                                            : QString(QLatin1String(id)));
-    }
-    m_machine.write(
-        m_machine.root() + QStringLiteral("/usr/share/knotifications5/nivra-event-watcher_circle.notifyrc"),
-        "[Event/userLogin]\nAction=Popup|Sound\nSound=/system.ogg\n[Event/logInFailed]\nAction=Popup\n"
-        "[Event/plainword]\nAction=Popup\n");
-}
-
-void NotificationPageTest::addEvent(const QString &id, const QString &messageId, const QJsonObject &more)
-{
-    QJsonObject event = more;
-    event.insert(QStringLiteral("event-group"), QStringLiteral("first"));
-    event.insert(QStringLiteral("enabled"), QStringLiteral("1"));
-    if (!event.contains(QStringLiteral("message-type"))) {
-        event.insert(QStringLiteral("message-type"), QStringLiteral("auth"));
-    }
-    event.insert(QStringLiteral("message-params"),
-                 QJsonObject{{QStringLiteral("message_id"), messageId},
-                             {QStringLiteral("name_en"), id},
-                             {QStringLiteral("name_ru"), id}});
-    event.insert(QStringLiteral("extend-message-params"),
-                 QJsonObject{{QStringLiteral("user"), QStringLiteral("${U}")},
-                             {QStringLiteral("terminal"), QStringLiteral("${T}")}});
-    m_machine.write(QStringLiteral("%1/first/%2.json").arg(m_machine.catalogPath(), id),
-                    QJsonDocument(event).toJson());
-}
-
-QString NotificationPageTest::fragment(const QString &name) const
-{
-    return m_machine.root() + QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra-") + name
-        + QStringLiteral(".conf");
-}
-
-QString NotificationPageTest::ownFile() const
-{
-    return m_machine.root() + QStringLiteral("/root/.config/nivra-event-watcher_circle.notifyrc");
-}
-
-void NotificationPageTest::setUp(AdminEventsModule &page, const QString &id, const QString &title)
-{
-    page.switchDbus(event(page, id), true);
-    QVERIFY(dialog(page)->isVisible());
-    field<QLineEdit>(page, "titleLineEdit")->setText(title);
-    clickOk(page);
-    QVERIFY(!dialog(page)->isVisible());
-}
 
 void NotificationPageTest::theMenuOffersNotifications()
 {
@@ -158,7 +53,7 @@ void NotificationPageTest::theMenuOffersNotifications()
     QTreeView *view = m_machine.view(*page);
     const auto *proxy = qobject_cast<const QAbstractProxyModel *>(view->model());
     const auto texts = [&](const QString &id) {
-        const QModelIndex index = proxy->mapFromSource(page->workingModel()->indexOf(event(*page, id)));
+        const QModelIndex index = proxy->mapFromSource(page->workingModel()->indexOf(eventOf(*page, id)));
         view->setCurrentIndex(index);
         page->contextMenuRequested(view->visualRect(index).center());
         QMenu *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
@@ -203,9 +98,9 @@ void NotificationPageTest::whatIsSetUpSurvivesTheCircle()
         QVERIFY(page);
         const QAbstractItemModelTester tester(page->workingModel(),
                                               QAbstractItemModelTester::FailureReportingMode::QtTest);
-        page->switchDbus(event(*page, id), true);
+        page->switchDbus(eventOf(*page, id), true);
         QVERIFY(dialog(*page)->isVisible());
-        QVERIFY(event(*page, id)->isNotificationOn());
+        QVERIFY(eventOf(*page, id)->isNotificationOn());
         field<QRadioButton>(*page, "selectGroupRadioButton")->click();
         field<QLineEdit>(*page, "titleLineEdit")->setText(QStringLiteral("Вход: $(x) 100%"));
         for (const char *box : {"popupCheckBox", "soundCheckBox", "logFileCheckBox", "executeCheckBox"}) {
@@ -222,14 +117,14 @@ void NotificationPageTest::whatIsSetUpSurvivesTheCircle()
         QVERIFY2(!QFile::exists(fragment(file)), "nothing is written before the page is applied");
         page->save();
         QVERIFY2(QFile::exists(fragment(file)), qPrintable(fragment(file)));
-        QVERIFY(event(*page, id)->isNotificationOn());
+        QVERIFY(eventOf(*page, id)->isNotificationOn());
         QVERIFY(page->compareModels());
         QCOMPARE(page->stateWidget()->state(), KCMNV::StateWidget::State::Saved);
     }
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    QVERIFY(event(*page, id)->isNotificationOn());
-    page->notificationSettings(event(*page, id));
+    QVERIFY(eventOf(*page, id)->isNotificationOn());
+    page->notificationSettings(eventOf(*page, id));
     QVERIFY(dialog(*page)->isVisible());
     QVERIFY(dialog(*page)->checkStartParams());
     QVERIFY(field<QRadioButton>(*page, "selectGroupRadioButton")->isChecked());
@@ -244,14 +139,14 @@ void NotificationPageTest::whatIsSetUpSurvivesTheCircle()
     }
     dialog(*page)->reject();
 
-    page->switchDbus(event(*page, id), false);
+    page->switchDbus(eventOf(*page, id), false);
     QVERIFY(!page->compareModels());
     page->save();
     QVERIFY(!QFile::exists(fragment(file)));
-    QVERIFY(!event(*page, id)->isNotificationOn());
+    QVERIFY(!eventOf(*page, id)->isNotificationOn());
     const auto again = m_machine.openPage();
     QVERIFY(again);
-    QVERIFY(!event(*again, id)->isNotificationOn());
+    QVERIFY(!eventOf(*again, id)->isNotificationOn());
 }
 
 void NotificationPageTest::theLastEditWins()
@@ -263,7 +158,7 @@ void NotificationPageTest::theLastEditWins()
     page->save();
     QVERIFY(m_machine.read(fragment(QStringLiteral("log_in_failed"))).contains("\"First\""));
     for (const char *title : {"Second", "Third"}) {
-        page->notificationSettings(event(*page, id));
+        page->notificationSettings(eventOf(*page, id));
         auto *edit = field<QLineEdit>(*page, "titleLineEdit");
         edit->setFocus();
         edit->selectAll();
@@ -271,7 +166,7 @@ void NotificationPageTest::theLastEditWins()
         clickOk(*page);
         QVERIFY(!page->compareModels());
         // Seen again before it is written.
-        page->notificationSettings(event(*page, id));
+        page->notificationSettings(eventOf(*page, id));
         QCOMPARE(field<QLineEdit>(*page, "titleLineEdit")->text(), QLatin1String(title));
         dialog(*page)->reject();
     }
@@ -285,10 +180,10 @@ void NotificationPageTest::cancellingANewNotificationSwitchesItOff()
     const QString id = QStringLiteral("event plainword");
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    page->switchDbus(event(*page, id), true);
-    QVERIFY(event(*page, id)->isNotificationOn());
+    page->switchDbus(eventOf(*page, id), true);
+    QVERIFY(eventOf(*page, id)->isNotificationOn());
     dialog(*page)->reject();
-    QVERIFY(!event(*page, id)->isNotificationOn());
+    QVERIFY(!eventOf(*page, id)->isNotificationOn());
     QVERIFY(page->compareModels());
     QVERIFY(!QFile::exists(ownFile()));
 }
@@ -299,10 +194,10 @@ void NotificationPageTest::cancellingAnEditChangesNothing()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     setUp(*page, id, QStringLiteral("First"));
-    page->notificationSettings(event(*page, id));
+    page->notificationSettings(eventOf(*page, id));
     field<QLineEdit>(*page, "titleLineEdit")->setText(QStringLiteral("Second"));
     dialog(*page)->reject();
-    QVERIFY(event(*page, id)->isNotificationOn());
+    QVERIFY(eventOf(*page, id)->isNotificationOn());
     page->save();
     QVERIFY(m_machine.read(fragment(QStringLiteral("plainword"))).contains("\"First\""));
 }
@@ -314,61 +209,10 @@ void NotificationPageTest::switchingOffAndOnAgainStartsAfresh()
     QVERIFY(page);
     setUp(*page, id, QStringLiteral("First"));
     page->save();
-    page->switchDbus(event(*page, id), false);
-    page->switchDbus(event(*page, id), true);
-    QCOMPARE(field<QLineEdit>(*page, "titleLineEdit")->text(), event(*page, id)->data(0).toString());
+    page->switchDbus(eventOf(*page, id), false);
+    page->switchDbus(eventOf(*page, id), true);
+    QCOMPARE(field<QLineEdit>(*page, "titleLineEdit")->text(), eventOf(*page, id)->data(0).toString());
     dialog(*page)->reject();
-    page->save();
-    QVERIFY(!QFile::exists(fragment(QStringLiteral("plainword"))));
-}
-
-void NotificationPageTest::aFailedWriteKeepsTheEdits()
-{
-    const QString id = QStringLiteral("event plainword");
-    const auto page = m_machine.openPage();
-    QVERIFY(page);
-    setUp(*page, id, QStringLiteral("Kept"));
-    QVERIFY(m_machine.bus->setAllowed(false));
-    {
-        const BoxAnswerer boxes;
-        page->save();
-        QCOMPARE(boxes.boxes().size(), 1);
-        QVERIFY2(boxes.boxes().at(0).text.startsWith(QLatin1String("KAuth returned an error code: ")),
-                 qPrintable(boxes.boxes().at(0).text));
-    }
-    QVERIFY(!QFile::exists(fragment(QStringLiteral("plainword"))));
-    QVERIFY(!QFile::exists(m_machine.settingsPath()));
-    QVERIFY(event(*page, id)->isNotificationOn());
-    page->notificationSettings(event(*page, id));
-    QCOMPARE(field<QLineEdit>(*page, "titleLineEdit")->text(), QStringLiteral("Kept"));
-    dialog(*page)->reject();
-    QVERIFY(m_machine.bus->setAllowed(true));
-    page->save();
-    QVERIFY(m_machine.read(fragment(QStringLiteral("plainword"))).contains("\"Kept\""));
-}
-
-void NotificationPageTest::aFailedRemovalKeepsTheEdits()
-{
-    const QString id = QStringLiteral("event plainword");
-    const auto page = m_machine.openPage();
-    QVERIFY(page);
-    setUp(*page, id, QStringLiteral("x"));
-    page->save();
-    page->switchDbus(event(*page, id), false);
-    QVERIFY(m_machine.bus->setAllowed(false));
-    {
-        const BoxAnswerer boxes;
-        page->save();
-        // The restart after the first save may meet the refusal as well.
-        const auto isOwn = [](const BoxAnswerer::Box &box) {
-            return box.text.startsWith(QLatin1String("KAuth returned an error code: 4"));
-        };
-        QCOMPARE(std::count_if(boxes.boxes().begin(), boxes.boxes().end(), isOwn), 1);
-    }
-    QVERIFY(QFile::exists(fragment(QStringLiteral("plainword"))));
-    QVERIFY(!event(*page, id)->isNotificationOn());
-    QVERIFY(!page->compareModels());
-    QVERIFY(m_machine.bus->setAllowed(true));
     page->save();
     QVERIFY(!QFile::exists(fragment(QStringLiteral("plainword"))));
 }
@@ -384,7 +228,7 @@ void NotificationPageTest::repeatedSavingDoesNotGrowTheFragment()
     const QByteArray own = m_machine.read(ownFile());
     QVERIFY(first.endsWith("\n};\n"));
     for (const char *title : {"b", "a"}) {
-        page->notificationSettings(event(*page, id));
+        page->notificationSettings(eventOf(*page, id));
         auto *edit = field<QLineEdit>(*page, "titleLineEdit");
         edit->setFocus();
         edit->selectAll();
@@ -399,132 +243,30 @@ void NotificationPageTest::repeatedSavingDoesNotGrowTheFragment()
     QCOMPARE(m_machine.read(fragment(QStringLiteral("plainword"))), first);
 }
 
-void NotificationPageTest::eventsThatShareANotificationAreNotBothSwitchedOn()
-{
-    const auto page = m_machine.openPage();
-    QVERIFY(page);
-    setUp(*page, QStringLiteral("event user-login"), QStringLiteral("x"));
-    const BoxAnswerer boxes;
-    page->switchDbus(event(*page, QStringLiteral("event user_login")), true);
-    QCOMPARE(boxes.boxes().size(), 1);
-    QVERIFY2(boxes.boxes().at(0).text.contains(QLatin1String("user-login"))
-                 && boxes.boxes().at(0).text.contains(QLatin1String("user_login")),
-             qPrintable(boxes.boxes().at(0).text));
-    QVERIFY(!dialog(*page)->isVisible());
-    QVERIFY(!event(*page, QStringLiteral("event user_login"))->isNotificationOn());
-}
-
-void NotificationPageTest::aSharedFragmentShowsOnTheEventThatItNames()
-{
-    {
-        const auto page = m_machine.openPage();
-        QVERIFY(page);
-        setUp(*page, QStringLiteral("event twin"), QStringLiteral("x")); // log-in_failed
-        page->save();
-        QVERIFY(event(*page, QStringLiteral("event twin"))->isNotificationOn());
-        QVERIFY(!event(*page, QStringLiteral("event log_in-failed"))->isNotificationOn());
-        // Applying something else keeps it so.
-        m_machine.toggle(*page, QStringLiteral("plain"));
-        page->save();
-    }
-    const auto page = m_machine.openPage();
-    QVERIFY(page);
-    QVERIFY(event(*page, QStringLiteral("event twin"))->isNotificationOn());
-    QVERIFY(!event(*page, QStringLiteral("event log_in-failed"))->isNotificationOn());
-    QVERIFY(page->compareModels());
-    QVERIFY(page->findChild<KMessageWidget *>(QStringLiteral("messageBar"))
-                ->text()
-                .contains(QLatin1String("event log_in-failed")));
-}
-
-void NotificationPageTest::anOpenDialogHoldsTheSaveBack()
-{
-    const QString id = QStringLiteral("event plainword");
-    const auto page = m_machine.openPage();
-    QVERIFY(page);
-    m_machine.toggle(*page, QStringLiteral("plain"));
-    page->switchDbus(event(*page, id), true);
-    field<QLineEdit>(*page, "titleLineEdit")->setText(QStringLiteral("Typed"));
-    {
-        const BoxAnswerer boxes;
-        page->save();
-        QCOMPARE(boxes.boxes().size(), 1);
-    }
-    QVERIFY(dialog(*page)->isVisible());
-    QCOMPARE(field<QLineEdit>(*page, "titleLineEdit")->text(), QStringLiteral("Typed"));
-    QVERIFY(!QFile::exists(m_machine.settingsPath()));
-    clickOk(*page);
-    page->save();
-    QVERIFY(m_machine.read(fragment(QStringLiteral("plainword"))).contains("\"Typed\""));
-}
-
 void NotificationPageTest::aReloadClosesTheDialog()
 {
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    page->switchDbus(event(*page, QStringLiteral("event plainword")), true);
+    page->switchDbus(eventOf(*page, QStringLiteral("event plainword")), true);
     page->load_p(); // as the watch does when somebody else changed the files
     QVERIFY(!dialog(*page)->isVisible());
     QCOMPARE(dialog(*page)->event(), nullptr);
-    QVERIFY(!event(*page, QStringLiteral("event plainword"))->isNotificationOn());
+    QVERIFY(!eventOf(*page, QStringLiteral("event plainword"))->isNotificationOn());
 }
 
 void NotificationPageTest::oneDialogAtATime()
 {
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    page->switchDbus(event(*page, QStringLiteral("event plainword")), true);
+    page->switchDbus(eventOf(*page, QStringLiteral("event plainword")), true);
     field<QLineEdit>(*page, "titleLineEdit")->setText(QStringLiteral("Typed"));
     const BoxAnswerer boxes;
-    page->switchDbus(event(*page, QStringLiteral("login")), true);
+    page->switchDbus(eventOf(*page, QStringLiteral("login")), true);
     QCOMPARE(boxes.boxes().size(), 1);
-    QVERIFY(!event(*page, QStringLiteral("login"))->isNotificationOn());
-    QCOMPARE(dialog(*page)->event(), event(*page, QStringLiteral("event plainword")));
-    page->notificationSettings(event(*page, QStringLiteral("event plainword")));
+    QVERIFY(!eventOf(*page, QStringLiteral("login"))->isNotificationOn());
+    QCOMPARE(dialog(*page)->event(), eventOf(*page, QStringLiteral("event plainword")));
+    page->notificationSettings(eventOf(*page, QStringLiteral("event plainword")));
     QCOMPARE(field<QLineEdit>(*page, "titleLineEdit")->text(), QStringLiteral("Typed"));
-}
-
-void NotificationPageTest::unusableEventsAreRefused_data()
-{
-    QTest::addColumn<QString>("messageId");
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("named");
-    const QString type = QStringLiteral("auth");
-    QTest::newRow("regular expression") << QStringLiteral("a.*") << type << QStringLiteral("a.*");
-    QTest::newRow("keyword") << QStringLiteral("a-if-b") << type << QStringLiteral("a-if-b");
-    QTest::newRow("type") << QStringLiteral("fine") << QStringLiteral("a b") << QStringLiteral("a b");
-    QTest::newRow("unknown key") << QStringLiteral("not_defined") << type
-                                 << QStringLiteral("\"notDefined\" is broken");
-}
-
-void NotificationPageTest::unusableEventsAreRefused()
-{
-    QFETCH(QString, messageId);
-    QFETCH(QString, type);
-    QFETCH(QString, named);
-    addEvent(QStringLiteral("odd"), messageId, {{QStringLiteral("message-type"), type}});
-    const auto page = m_machine.openPage();
-    QVERIFY(page);
-    const BoxAnswerer boxes;
-    page->switchDbus(event(*page, QStringLiteral("odd")), true);
-    QCOMPARE(boxes.boxes().size(), 1);
-    QVERIFY2(boxes.boxes().at(0).text.contains(named), qPrintable(boxes.boxes().at(0).text));
-    QVERIFY(!dialog(*page)->isVisible());
-    QVERIFY(!event(*page, QStringLiteral("odd"))->isNotificationOn());
-    QVERIFY(page->compareModels());
-}
-
-void NotificationPageTest::anUnreadableSettingsFileOpensNoDialog()
-{
-    QVERIFY(QDir().mkpath(ownFile())); // a directory in its place
-    const auto page = m_machine.openPage();
-    QVERIFY(page);
-    const BoxAnswerer boxes;
-    page->switchDbus(event(*page, QStringLiteral("event plainword")), true);
-    QCOMPARE(boxes.boxes().size(), 1);
-    QVERIFY2(boxes.boxes().at(0).text.contains(ownFile()), qPrintable(boxes.boxes().at(0).text));
-    QVERIFY(!dialog(*page)->isVisible());
-    QVERIFY(!event(*page, QStringLiteral("event plainword"))->isNotificationOn());
 }
 
 void NotificationPageTest::whoHasNoSettingsOfHisOwnSeesTheSystems()
@@ -535,7 +277,7 @@ void NotificationPageTest::whoHasNoSettingsOfHisOwnSeesTheSystems()
     setUp(*page, id, QStringLiteral("x"));
     page->save();
     m_machine.write(ownFile(), "[Event/plainword]\nAction=Execute\nExecute=/left\n"); // another administrator
-    page->notificationSettings(event(*page, id));
+    page->notificationSettings(eventOf(*page, id));
     QVERIFY(field<QCheckBox>(*page, "popupCheckBox")->isChecked());
     QVERIFY(field<QCheckBox>(*page, "soundCheckBox")->isChecked());
     QVERIFY(!field<QCheckBox>(*page, "executeCheckBox")->isChecked());
@@ -563,7 +305,7 @@ void NotificationPageTest::theRepetitionIsAnEditOfThePage()
     QVERIFY(page);
     setUp(*page, id, QStringLiteral("x"));
     page->save();
-    page->notificationSettings(event(*page, id));
+    page->notificationSettings(eventOf(*page, id));
     QVERIFY(page->compareModels());
     field<QCheckBox>(*page, "repeatCheckBox")->click();
     field<QSpinBox>(*page, "intervalSpinBox")->setValue(120);
@@ -575,7 +317,7 @@ void NotificationPageTest::theRepetitionIsAnEditOfThePage()
     QCOMPARE(saved.value(QStringLiteral("notification_repetition")).toObject(),
              (QJsonObject{{QStringLiteral("enabled"), QStringLiteral("1")},
                           {QStringLiteral("interval"), QStringLiteral("120")}}));
-    page->notificationSettings(event(*page, id));
+    page->notificationSettings(eventOf(*page, id));
     QVERIFY(field<QCheckBox>(*page, "repeatCheckBox")->isChecked());
     QCOMPARE(field<QSpinBox>(*page, "intervalSpinBox")->value(), 120);
 }
@@ -614,7 +356,7 @@ void NotificationPageTest::theSelectionNamesItsMessage()
     const auto *proxy = qobject_cast<const QAbstractProxyModel *>(view->model());
     view->clearSelection();
     QCOMPARE(page->getSelectedMessageId(), QString());
-    const EventTreeItem *item = event(*page, QStringLiteral("event log_in-failed"));
+    const EventTreeItem *item = eventOf(*page, QStringLiteral("event log_in-failed"));
     view->setCurrentIndex(proxy->mapFromSource(page->workingModel()->indexOf(item)));
     QCOMPARE(page->getSelectedMessageId(), QStringLiteral("log_in-failed"));
     view->setCurrentIndex(proxy->mapFromSource(page->workingModel()->indexOf(item->parentItem())));
