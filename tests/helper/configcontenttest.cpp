@@ -2,33 +2,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "configwriter.h"
 #include "contentcheck.h"
+#include "targetpaths.h"
 #include "treesnapshot.h"
 
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace AdminEventsHelper;
-
-namespace {
-
-QString settingsPath()
-{
-    return QStringLiteral("/etc/nivra-syslog.conf");
-}
-QString rulesPath()
-{
-    return QStringLiteral("/etc/audit/rules.d/nivra-syslog.rules");
-}
-QString mainPath()
-{
-    return QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra.conf");
-}
-QString rotationPath()
-{
-    return QStringLiteral("/etc/logrotate.d/syslog-ng-mod-nivra");
-}
-
-} // namespace
 
 class ConfigContentTest : public QObject
 {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "configwriter.h"
 #include "backupstore.h"
+#include "targetpaths.h"
 #include "treesnapshot.h"
 
 #include <QTemporaryDir>
@@ -22,22 +23,6 @@ using namespace AdminEventsHelper;
 
 namespace {
 
-QString settingsPath()
-{
-    return QStringLiteral("/etc/nivra-syslog.conf");
-}
-QString rulesPath()
-{
-    return QStringLiteral("/etc/audit/rules.d/nivra-syslog.rules");
-}
-QString mainPath()
-{
-    return QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra.conf");
-}
-QString rotationPath()
-{
-    return QStringLiteral("/etc/logrotate.d/syslog-ng-mod-nivra");
-}
 QString backupPath()
 {
     return QStringLiteral("/var/lib/adminevents/backup");

@@ -6,6 +6,7 @@
 #include "changejournal.h"
 #include "configarchive.h"
 #include "configwriter.h"
+#include "targetpaths.h"
 #include "transfersample.h"
 
 #include <QElapsedTimer>
@@ -22,14 +23,6 @@ using namespace AdminEventsHelper;
 
 namespace {
 
-QString settingsPath()
-{
-    return QStringLiteral("/etc/nivra-syslog.conf");
-}
-QString rotationPath()
-{
-    return QStringLiteral("/etc/logrotate.d/syslog-ng-mod-nivra");
-}
 QString notePath()
 {
     return QStringLiteral("/var/lib/adminevents/backup/pending-changes");

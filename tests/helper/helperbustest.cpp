@@ -1,32 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "helperrequest.h"
 #include "privatebus.h"
 #include "standinsystemctl.h"
+#include "targetpaths.h"
 #include "treesnapshot.h"
 
-#include <KAuth/Action>
 #include <KAuth/ActionReply>
-#include <KAuth/ExecuteJob>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDataStream>
-#include <QEventLoop>
 #include <QTest>
-#include <QTimer>
 
 namespace {
 
-constexpr int answerLimitMs = 40000;
 constexpr int sizeLimit = 16 * 1024 * 1024;
 
 QString helperId()
 {
     return QStringLiteral("org.nivra.kcm.adminevents");
-}
-QString settingsPath()
-{
-    return QStringLiteral("/etc/nivra-syslog.conf");
 }
 
 QVariantMap writeArguments(const QVariant &path, const QVariant &content)
@@ -36,31 +29,9 @@ QVariantMap writeArguments(const QVariant &path, const QVariant &content)
             {QStringLiteral("content"), content}};
 }
 
-struct Answer
+HelperAnswer request(const char *verb, const QVariantMap &arguments)
 {
-    bool ok = false;
-    int error = 0;
-    QString text;
-};
-
-Answer request(const char *verb, const QVariantMap &arguments)
-{
-    KAuth::Action action(helperId() + QLatin1Char('.') + QLatin1String(verb));
-    action.setHelperId(helperId());
-    action.setArguments(arguments);
-    KAuth::ExecuteJob *const job = action.execute();
-    job->setAutoDelete(false);
-    QEventLoop loop;
-    QObject::connect(job, &KJob::result, &loop, [&loop] { loop.exit(1); });
-    // A request that is never answered should fail its test and not hold up all of them.
-    QTimer::singleShot(answerLimitMs, &loop, [&loop] { loop.exit(0); });
-    job->start();
-    if (loop.exec() == 0) {
-        return {false, -1, QStringLiteral("no answer at all")};
-    }
-    const Answer answer{job->error() == 0, job->error(), job->errorText()};
-    delete job;
-    return answer;
+    return requestHelper(QString::fromLatin1(verb), arguments);
 }
 
 } // namespace
@@ -135,7 +106,7 @@ void HelperBusTest::init()
 
 void HelperBusTest::writesAFile()
 {
-    const Answer answer = request("writeconfig", writeArguments(settingsPath(), QByteArray("{ }\n")));
+    const HelperAnswer answer = request("writeconfig", writeArguments(settingsPath(), QByteArray("{ }\n")));
     QVERIFY2(answer.ok, qPrintable(answer.text));
     QCOMPARE(answer.error, 0);
     QCOMPARE(getFile(below(settingsPath())), QByteArray("{ }\n"));
@@ -146,10 +117,10 @@ void HelperBusTest::carriesTheLargestContent()
 {
     const QString path = QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra.conf");
     const QByteArray content(sizeLimit, '#');
-    const Answer answer = request("writeconfig", writeArguments(path, content));
+    const HelperAnswer answer = request("writeconfig", writeArguments(path, content));
     QVERIFY2(answer.ok, qPrintable(answer.text));
     QVERIFY(getFile(below(path)) == content);
-    const Answer larger = request("writeconfig", writeArguments(path, QByteArray(sizeLimit + 1, '*')));
+    const HelperAnswer larger = request("writeconfig", writeArguments(path, QByteArray(sizeLimit + 1, '*')));
     QVERIFY(!larger.ok);
     QVERIFY2(larger.text.contains(QLatin1String("16777216")), qPrintable(larger.text));
     QVERIFY(getFile(below(path)) == content);
@@ -171,7 +142,7 @@ void HelperBusTest::aRefusedAuthorityLeavesEverythingAsItWas()
     QFETCH(QVariantMap, arguments);
     QVERIFY(m_bus->setAllowed(false));
     const TreeSnapshot before = takeSnapshot(m_bus->root());
-    const Answer answer = request(verb.constData(), arguments);
+    const HelperAnswer answer = request(verb.constData(), arguments);
     QVERIFY(!answer.ok);
     QCOMPARE(answer.error, int(KAuth::ActionReply::AuthorizationDeniedError));
     QCOMPARE(takeSnapshot(m_bus->root()), before);
@@ -226,7 +197,7 @@ void HelperBusTest::refusesUnsoundRequests()
     QFETCH(QVariantMap, arguments);
     QFETCH(QString, named);
     const TreeSnapshot before = takeSnapshot(m_bus->root());
-    const Answer answer = request("writeconfig", arguments);
+    const HelperAnswer answer = request("writeconfig", arguments);
     QVERIFY(!answer.ok);
     QVERIFY(answer.error != 0);
     QVERIFY2(answer.text.contains(named), qPrintable(answer.text));
@@ -239,7 +210,7 @@ void HelperBusTest::refusesALinkAsTarget()
     QVERIFY(putFile(below(QStringLiteral("/etc/victim")), "precious"));
     QVERIFY(QFile::link(below(QStringLiteral("/etc/victim")), below(path)));
     const TreeSnapshot before = takeSnapshot(m_bus->root());
-    const Answer answer = request("writeconfig", writeArguments(path, QByteArray("new")));
+    const HelperAnswer answer = request("writeconfig", writeArguments(path, QByteArray("new")));
     QVERIFY(!answer.ok);
     QVERIFY2(answer.text.contains(path), qPrintable(answer.text));
     QCOMPARE(takeSnapshot(m_bus->root()), before);
@@ -262,7 +233,7 @@ void HelperBusTest::controlsTheLoggingService_data()
 void HelperBusTest::controlsTheLoggingService()
 {
     QFETCH(QString, cmd);
-    const Answer answer = request("loggingservicectl", {{QStringLiteral("cmd"), cmd}});
+    const HelperAnswer answer = request("loggingservicectl", {{QStringLiteral("cmd"), cmd}});
     QVERIFY2(answer.ok, qPrintable(answer.text));
     QTEST(m_systemctl.calls(), "calls");
 }
@@ -270,7 +241,8 @@ void HelperBusTest::controlsTheLoggingService()
 void HelperBusTest::tellsWhyTheServiceManagerFailed()
 {
     QVERIFY(m_systemctl.behave("echo 'Unit syslog-ng.service is masked.' >&2\nexit 1\n"));
-    const Answer answer = request("loggingservicectl", {{QStringLiteral("cmd"), QStringLiteral("stop")}});
+    const HelperAnswer answer
+        = request("loggingservicectl", {{QStringLiteral("cmd"), QStringLiteral("stop")}});
     QVERIFY(!answer.ok);
     QVERIFY2(answer.text.contains(QLatin1String("stop syslog-ng")), qPrintable(answer.text));
     QVERIFY2(answer.text.contains(QLatin1String("is masked")), qPrintable(answer.text));
@@ -291,7 +263,7 @@ void HelperBusTest::runsNothingForAnUnsoundCommand_data()
 void HelperBusTest::runsNothingForAnUnsoundCommand()
 {
     QFETCH(QVariantMap, arguments);
-    const Answer answer = request("loggingservicectl", arguments);
+    const HelperAnswer answer = request("loggingservicectl", arguments);
     QVERIFY(!answer.ok);
     QVERIFY(!answer.text.isEmpty());
     QCOMPARE(m_systemctl.calls(), QStringList());
@@ -301,11 +273,11 @@ void HelperBusTest::answersRequestsThatFollowAtOnce()
 {
     for (int i = 0; i < 20; ++i) {
         // Running programs gives the framework the most to look at before it is ready again.
-        const Answer service
+        const HelperAnswer service
             = request("loggingservicectl", {{QStringLiteral("cmd"), QStringLiteral("start")}});
         QVERIFY2(service.ok, qPrintable(service.text));
         const QByteArray content = "{\"" + QByteArray::number(i) + "\": {}}";
-        const Answer write = request("writeconfig", writeArguments(settingsPath(), content));
+        const HelperAnswer write = request("writeconfig", writeArguments(settingsPath(), content));
         QVERIFY2(write.ok, qPrintable(write.text));
         QCOMPARE(getFile(below(settingsPath())), content);
     }

@@ -1,19 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "helperrequest.h"
 #include "privatebus.h"
 #include "samplefragment.h"
 #include "treesnapshot.h"
 
-#include <KAuth/Action>
 #include <KAuth/ActionReply>
-#include <KAuth/ExecuteJob>
-#include <QEventLoop>
 #include <QTest>
-#include <QTimer>
 
 namespace {
-
-constexpr int answerLimitMs = 40000;
 
 QString path(const char *id)
 {
@@ -35,32 +30,9 @@ QString text(const QByteArray &content)
     return QString::fromUtf8(content);
 }
 
-struct Answer
+HelperAnswer request(const QByteArray &verb, const QVariantMap &arguments)
 {
-    bool ok = false;
-    int error = 0;
-    QString text;
-};
-
-Answer request(const QByteArray &verb, const QVariantMap &arguments)
-{
-    const QString helper = QStringLiteral("org.nivra.kcm.adminevents");
-    KAuth::Action action(helper + QLatin1Char('.') + QString::fromLatin1(verb));
-    action.setHelperId(helper);
-    action.setArguments(arguments);
-    KAuth::ExecuteJob *const job = action.execute();
-    job->setAutoDelete(false);
-    QEventLoop loop;
-    QObject::connect(job, &KJob::result, &loop, [&loop] { loop.exit(1); });
-    // A request that is never answered should fail its test and not hold up all of them.
-    QTimer::singleShot(answerLimitMs, &loop, [&loop] { loop.exit(0); });
-    job->start();
-    if (loop.exec() == 0) {
-        return {false, -1, QStringLiteral("no answer at all")};
-    }
-    const Answer answer{job->error() == 0, job->error(), job->errorText()};
-    delete job;
-    return answer;
+    return requestHelper(QString::fromLatin1(verb), arguments);
 }
 
 } // namespace
@@ -108,14 +80,14 @@ void NotificationVerbsTest::init()
 void NotificationVerbsTest::writesAndRemovesFragments()
 {
     const QByteArray russian = sampleFragment("Неудачный вход");
-    const Answer written = request(
+    const HelperAnswer written = request(
         "writenotificationconfigs",
         notifications({{path("a_b_c"), text(russian)}, {path("other"), text(sampleFragmentOf("other"))}}));
     QVERIFY2(written.ok, qPrintable(written.text));
     QCOMPARE(getFile(below(path("a_b_c"))), russian);
     QCOMPARE(getFile(below(path("other"))), sampleFragmentOf("other"));
     QCOMPARE(getFile(below(path("present"))), sampleFragmentOf("present"));
-    const Answer removed = request("removenotificationconfigs", paths({path("a_b_c"), path("absent")}));
+    const HelperAnswer removed = request("removenotificationconfigs", paths({path("a_b_c"), path("absent")}));
     QVERIFY2(removed.ok, qPrintable(removed.text));
     QVERIFY(!QFileInfo::exists(below(path("a_b_c"))));
     QVERIFY(QFileInfo::exists(below(path("other"))));
@@ -136,7 +108,7 @@ void NotificationVerbsTest::aRefusedAuthorityLeavesEverythingAsItWas()
     QFETCH(QVariantMap, arguments);
     QVERIFY(m_bus->setAllowed(false));
     const TreeSnapshot before = takeSnapshot(m_bus->root());
-    const Answer answer = request(verb, arguments);
+    const HelperAnswer answer = request(verb, arguments);
     QVERIFY(!answer.ok);
     QCOMPARE(answer.error, int(KAuth::ActionReply::AuthorizationDeniedError));
     QCOMPARE(takeSnapshot(m_bus->root()), before);
@@ -215,7 +187,7 @@ void NotificationVerbsTest::refusesUnsoundRequests()
     QFETCH(QVariantMap, arguments);
     QFETCH(QString, named);
     const TreeSnapshot before = takeSnapshot(m_bus->root());
-    const Answer answer = request(verb, arguments);
+    const HelperAnswer answer = request(verb, arguments);
     QVERIFY(!answer.ok);
     QVERIFY2(answer.text.contains(named), qPrintable(answer.text));
     QCOMPARE(takeSnapshot(m_bus->root()), before);

@@ -1,19 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "recorderroot.h"
 #include "samples.h"
 
 #include <eventmatcher.h>
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <memory>
 
 using namespace NivraRecorder;
 
@@ -22,21 +18,13 @@ class EventMatcherTest : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_root;
+    RecorderRoot m_root;
 
-    void put(const QString &path, const QByteArray &text) const
-    {
-        QFile file(m_root->filePath(path));
-        QVERIFY(QDir().mkpath(QFileInfo(file).path()));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(text), text.size());
-    }
     /** An event "e" of the shape of a watched file, with more members or others. */
     void putEvent(const QByteArray &members) const
     {
-        put(QStringLiteral("usr/share/syslog-ng-mod-nivra/event-settings/g.json"),
-            "{\"group-params\": {\"name_en\": \"Group\", \"name_ru\": \"Г\", \"order\": \"1\"}}");
-        put(QStringLiteral("usr/share/syslog-ng-mod-nivra/event-settings/g/e.json"),
+        m_root.putCatalog(
+            "{\"group-params\": {\"name_en\": \"Group\", \"name_ru\": \"Г\", \"order\": \"1\"}}",
             "{\"event-group\": \"g\", \"enabled\": \"1\", \"message-type\": \"file\", \"message-params\": "
             "{\"message_id\": \"file_changed\", \"name_en\": \"Name\", \"name_ru\": \"И\"}, "
             "\"extend-message-params\": {\"path\": \"${.auditd.name}\", \"pid\": \"${PID}\", \"login_user\": "
@@ -45,7 +33,6 @@ private:
             "\"${.auditd.comm}\"}}, "
                 + members + "}");
     }
-    QString settingsFile() const { return m_root->filePath(QStringLiteral("etc/nivra-syslog.conf")); }
     static AuditEvent event(const QByteArray &lines)
     {
         AuditAssembler assembler;
@@ -59,7 +46,7 @@ private:
     }
     int matches(const QByteArray &lines) const
     {
-        return EventMatcher(settingsFile()).records(event(lines)).size();
+        return EventMatcher(m_root.settingsFile()).records(event(lines)).size();
     }
 
 private Q_SLOTS:
@@ -79,15 +66,14 @@ private Q_SLOTS:
 
 void EventMatcherTest::init()
 {
-    m_root = std::make_unique<QTemporaryDir>();
-    qputenv("ADMINEVENTS_ROOT", m_root->path().toUtf8());
+    m_root.renew();
 }
 
 void EventMatcherTest::aRecordHoldsWhatTheEventDescribes()
 {
     putEvent("\"filter-values\": {\".auditd.type\": \"SYSCALL\"}, \"message-audit-rules\": "
              "\"-w /etc/group -p wa -k /etc/group, -w /etc/passwd -p wa -k /etc/passwd\"");
-    const QList<QByteArray> records = EventMatcher(settingsFile()).records(event(passwdWritten()));
+    const QList<QByteArray> records = EventMatcher(m_root.settingsFile()).records(event(passwdWritten()));
     QCOMPARE(records.size(), 1);
     QCOMPARE(records.first(),
              QByteArray("{\"MSG\":{\"nivra-file\":{\"login_user\":\"ivanov\",\"message_id\":\"file_changed\","
@@ -142,7 +128,7 @@ void EventMatcherTest::anEventThatIsSwitchedOffIsNotRecorded()
     putEvent("\"filter-values\": {\".auditd.type\": \"DAEMON_END\"}");
     const QByteArray line = "type=DAEMON_END msg=audit(1.2:3): op=terminate";
     QCOMPARE(matches(line), 1);
-    put(QStringLiteral("etc/nivra-syslog.conf"), "{\"e\": {\"enabled\": \"0\"}}");
+    m_root.put(QStringLiteral("etc/nivra-syslog.conf"), "{\"e\": {\"enabled\": \"0\"}}");
     QCOMPARE(matches(line), 0);
 }
 
@@ -150,16 +136,16 @@ void EventMatcherTest::theSettingsAreReadAgain()
 {
     putEvent("\"filter-values\": {\".auditd.type\": \"SYSCALL\"}, \"message-audit-rules\": "
              "\"-w /etc/group -p wa -k /etc/group\"");
-    EventMatcher matcher(settingsFile());
+    EventMatcher matcher(m_root.settingsFile());
     const AuditEvent written = event(passwdWritten());
     QCOMPARE(matcher.records(written).size(), 0);
-    put(QStringLiteral("etc/nivra-syslog.conf"),
-        "{\"e\": {\"message-audit-rules\": [\"-w /etc/passwd -p wa -k /etc/passwd\"], "
-        "\"extend-message-params\": "
-        "{\"command\": {\"enabled\": \"1\"}}}}");
+    m_root.put(QStringLiteral("etc/nivra-syslog.conf"),
+               "{\"e\": {\"message-audit-rules\": [\"-w /etc/passwd -p wa -k /etc/passwd\"], "
+               "\"extend-message-params\": "
+               "{\"command\": {\"enabled\": \"1\"}}}}");
     QCOMPARE(matcher.records(written).size(), 1);
     QVERIFY(matcher.records(written).first().contains("\"command\":\"vim\""));
-    QVERIFY(QFile::remove(settingsFile()));
+    QVERIFY(QFile::remove(m_root.settingsFile()));
     QCOMPARE(matcher.records(written).size(), 0);
 }
 
@@ -176,7 +162,7 @@ void EventMatcherTest::valuesOfARecordStayValues()
     putEvent("\"filter-values\": {\".auditd.type\": \"SYSCALL\", \".auditd.key\": \"/etc/passwd\"}");
     const QByteArray name = "x\",\"message_id\":\"forged\n$(id)";
     const QByteArray lines = passwdWritten().replace("name=\"passwd\"", "name=" + name.toHex().toUpper());
-    const QList<QByteArray> records = EventMatcher(settingsFile()).records(event(lines));
+    const QList<QByteArray> records = EventMatcher(m_root.settingsFile()).records(event(lines));
     QCOMPARE(records.size(), 1);
     QVERIFY(!records.first().contains('\n'));
     const QJsonObject content = QJsonDocument::fromJson(records.first())
@@ -192,12 +178,9 @@ void EventMatcherTest::valuesOfARecordStayValues()
 
 void EventMatcherTest::theShippedCatalogKnowsTheSample()
 {
-    const QString share = m_root->filePath(QStringLiteral("usr/share/syslog-ng-mod-nivra"));
-    QVERIFY(QDir().mkpath(share));
-    QVERIFY(QFile::link(QStringLiteral(SHIPPED_DATA "/event-settings"),
-                        share + QStringLiteral("/event-settings")));
-    put(QStringLiteral("etc/nivra-syslog.conf"), "{\"account-files-changed\": {\"enabled\": \"1\"}}");
-    const QList<QByteArray> records = EventMatcher(settingsFile()).records(event(passwdWritten()));
+    m_root.linkCatalog(QStringLiteral(SHIPPED_DATA));
+    m_root.put(QStringLiteral("etc/nivra-syslog.conf"), "{\"account-files-changed\": {\"enabled\": \"1\"}}");
+    const QList<QByteArray> records = EventMatcher(m_root.settingsFile()).records(event(passwdWritten()));
     QCOMPARE(records.size(), 1);
     QVERIFY2(records.first().contains("\"path\":\"/etc/passwd\""), records.first().constData());
 }

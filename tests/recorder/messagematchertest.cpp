@@ -1,16 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "recorderroot.h"
+
 #include <messagematcher.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <memory>
 
 using namespace NivraRecorder;
 
@@ -36,20 +32,12 @@ class MessageMatcherTest : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_root;
+    RecorderRoot m_root;
 
-    void put(const QString &path, const QByteArray &text) const
-    {
-        QFile file(m_root->filePath(path));
-        QVERIFY(QDir().mkpath(QFileInfo(file).path()));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(text), text.size());
-    }
     void putEvent(const QByteArray &type, const QByteArray &filter) const
     {
-        put(QStringLiteral("usr/share/syslog-ng-mod-nivra/event-settings/g.json"),
-            "{\"group-params\": {\"name_en\": \"G\", \"order\": \"1\"}}");
-        put(QStringLiteral("usr/share/syslog-ng-mod-nivra/event-settings/g/e.json"),
+        m_root.putCatalog(
+            "{\"group-params\": {\"name_en\": \"G\", \"order\": \"1\"}}",
             "{\"event-group\": \"g\", \"enabled\": \"1\", \"message-type\": \"" + type
                 + "\", \"message-params\": {\"message_id\": \"id\"}, \"extend-message-params\": {\"user\": "
                   "\"${.x.user}\", \"pid\": \"${PID}\", \"all\": \"${MESSAGE}\"}, \"filter-values\": "
@@ -58,7 +46,7 @@ private:
     int matches(const QByteArray &line) const
     {
         const auto message = SystemMessage::parse(line);
-        const QString settings = m_root->filePath(QStringLiteral("etc/nivra-syslog.conf"));
+        const QString settings = m_root.settingsFile();
         return message ? MessageMatcher(settings).records(*message).size() : -1;
     }
 
@@ -77,8 +65,7 @@ private Q_SLOTS:
 
 void MessageMatcherTest::init()
 {
-    m_root = std::make_unique<QTemporaryDir>();
-    qputenv("ADMINEVENTS_ROOT", m_root->path().toUtf8());
+    m_root.renew();
 }
 
 void MessageMatcherTest::linesOfTheJournalAreRead()
@@ -236,16 +223,12 @@ void MessageMatcherTest::whatUsersSendCountsForTheirOwnEventsOnly()
 
 void MessageMatcherTest::theShippedCatalogKnowsAFailedLogin()
 {
-    const QString share = m_root->filePath(QStringLiteral("usr/share/syslog-ng-mod-nivra"));
-    QVERIFY(QDir().mkpath(share));
-    QVERIFY(QFile::link(QStringLiteral(SHIPPED_DATA "/event-settings"),
-                        share + QStringLiteral("/event-settings")));
+    m_root.linkCatalog(QStringLiteral(SHIPPED_DATA));
     const auto message = SystemMessage::parse(
         entry(QStringLiteral("login"),
               QStringLiteral("FAILED LOGIN (1) on '/dev/tty1' FOR 'ivanov', Authentication failure")));
     QVERIFY(message);
-    const QList<QByteArray> records
-        = MessageMatcher(m_root->filePath(QStringLiteral("etc/nivra-syslog.conf"))).records(*message);
+    const QList<QByteArray> records = MessageMatcher(m_root.settingsFile()).records(*message);
     QCOMPARE(records.size(), 1);
     const QJsonObject content = QJsonDocument::fromJson(records.first())
                                     .object()
