@@ -75,7 +75,7 @@ void NotificationPageTest::theMenuOffersNotifications()
              (QStringList{QStringLiteral("Disable notifications sending"),
                           QStringLiteral("Notification settings")}));
     QCOMPARE(texts(QStringLiteral("quiet")), QStringList());
-    QVERIFY(event(*page, QStringLiteral("nameless")));
+    QVERIFY(eventOf(*page, QStringLiteral("nameless")));
     QCOMPARE(texts(QStringLiteral("nameless")), QStringList());
 }
 
