@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QVector>
 
 #include <canberra.h>
 
@@ -39,9 +40,10 @@ SoundPlayer::SoundPlayer()
 
 SoundPlayer::~SoundPlayer()
 {
-    if (m_context != nullptr) {
-        ca_context_destroy(m_context);
-    }
+    // Never destroyed: the library would unload its driver while the thread that has played is still on its
+    // way out.
+    static auto *const left = new QVector<ca_context *>;
+    left->append(m_context);
 }
 
 QString SoundPlayer::play(const QString &file)
