@@ -92,22 +92,22 @@ EventNodeFactory::EventNodeFactory(const NodeDictionary &dictionary, QStringList
     m_names.reserve(initialNames);
 }
 
-QString EventNodeFactory::shared(const QString &json) const
+QString EventNodeFactory::shared(const QString &text) const
 {
-    return json.size() > longestShared ? json : *m_objects.insert(json);
+    return text.size() > longestShared ? text : *m_texts.insert(text);
 }
 
 EventNodeFactory::Name &EventNodeFactory::nameOf(const QString &text) const
 {
     Name &name = m_names[text];
     if (name.text.isNull()) {
-        name = {text, m_dictionary.find(text), isOverlayName(text), {}};
+        name = {shared(text), m_dictionary.find(text), isOverlayName(text), {}};
     }
     return name;
 }
 
 /// The columns of a node before its children are known.
-QVector<QVariant> EventNodeFactory::rowOf(Name &name, const QJsonValue &value)
+QVector<QVariant> EventNodeFactory::rowOf(Name &name, const QJsonValue &value) const
 {
     if (value.isArray() || value.isObject()) {
         return {name.text, QVariant(), QVariant()};
@@ -121,7 +121,7 @@ QVector<QVariant> EventNodeFactory::rowOf(Name &name, const QJsonValue &value)
     }
     QVector<QVariant> &row = name.rows[text];
     if (row.isEmpty()) {
-        row = {name.text, text, QVariant()};
+        row = {name.text, shared(text), QVariant()};
     }
     return row;
 }

@@ -53,10 +53,10 @@ private:
                               EventTreeItem *parent) const;
     void createMembers(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
     void createSubjects(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
-    [[nodiscard]] QString shared(const QString &json) const;
+    [[nodiscard]] QString shared(const QString &text) const;
     void closeObject(EventTreeItem *node, int start) const;
     [[nodiscard]] Name &nameOf(const QString &text) const;
-    [[nodiscard]] static QVector<QVariant> rowOf(Name &name, const QJsonValue &value);
+    [[nodiscard]] QVector<QVariant> rowOf(Name &name, const QJsonValue &value) const;
     void applyEntry(EventTreeItem *node, const NodeDictionary::Entry *entry) const;
 
     const NodeDictionary &m_dictionary;
@@ -65,5 +65,5 @@ private:
     bool m_russian;
     mutable QString m_json; // of the event at hand; every object below it is a part of that text
     mutable QHash<QString, Name> m_names;
-    mutable QSet<QString> m_objects; // one copy of the text of every small object
+    mutable QSet<QString> m_texts; // one copy of every short text
 };

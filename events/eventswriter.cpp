@@ -260,8 +260,13 @@ void EventsWriter::collectAuditRules(const EventTreeItem &item)
 
 QByteArray EventsWriter::settingsContent(TreeItem *root)
 {
-    QByteArray text;
     const QStringList fragments = createConfig(root);
+    int size = 0;
+    for (const QString &fragment : fragments) {
+        size += fragment.size() + 1;
+    }
+    QByteArray text;
+    text.reserve(size);
     for (const QString &fragment : fragments) {
         text += fragment.toUtf8() + '\n';
     }
