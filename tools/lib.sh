@@ -164,9 +164,9 @@ build_tests() {
     }
 }
 
-# Waits until a command succeeds. $1: seconds, rest: the command.
+# Waits until a command succeeds. $1: seconds, that many times ADMINEVENTS_PATIENCE; rest: the command.
 wait_until() {
-    local deadline=$((SECONDS + $1))
+    local deadline=$((SECONDS + $1 * ${ADMINEVENTS_PATIENCE:-1}))
     shift
     until "$@"; do
         [ $SECONDS -lt $deadline ] || return 1
