@@ -76,9 +76,9 @@ private:
         const QString directory = SystemPaths::resolve(SystemPaths::eventSettingsDirectory());
         const QString groupPath = directory + QLatin1Char('/') + QLatin1String(group);
         writeFile(groupPath + QLatin1String(".json"),
-                  QJsonDocument({{QStringLiteral("group-params"),
-                                  QJsonObject{{QStringLiteral("name_en"), QLatin1String(group)},
-                                              {QStringLiteral("name_ru"), QLatin1String(group)}}}})
+                  QJsonDocument(QJsonObject{{QStringLiteral("group-params"),
+                                             QJsonObject{{QStringLiteral("name_en"), QLatin1String(group)},
+                                                         {QStringLiteral("name_ru"), QLatin1String(group)}}}})
                       .toJson());
         writeFile(groupPath + QLatin1Char('/') + QLatin1String(id) + QLatin1String(".json"),
                   QJsonDocument(event).toJson());
