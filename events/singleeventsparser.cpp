@@ -97,6 +97,9 @@ EventTreeItem *SingleEventsParser::parse() const
             setItemOptions(event);
             copyToSpare(*event);
         }
+        if (m_pause) {
+            m_pause();
+        }
     }
     makeDependsMap(root.get());
     finish(root.get());

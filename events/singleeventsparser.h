@@ -43,6 +43,9 @@ public:
     /// Asked for every event with a "message_id"; without it no notification is known.
     void setNotificationLookup(NotificationLookup lookup) { m_notificationLookup = std::move(lookup); }
 
+    /// Called by parse() after every event: on a large site, the caller has something else to do as well.
+    void setPause(std::function<void()> pause) { m_pause = std::move(pause); }
+
     /// False when the catalog cannot be used, for instance because an event identifier exists twice.
     [[nodiscard]] bool isConfigCorrect() const;
     /**
@@ -81,6 +84,7 @@ private:
     QStringList m_groups;
     bool m_russian;
     NotificationLookup m_notificationLookup;
+    std::function<void()> m_pause;
     std::unique_ptr<EventNodeFactory> m_factory;
     mutable std::unique_ptr<EventTreeItem> m_spare; // handed out by the next parse()
     mutable QMultiMap<QString, QString> m_depends;

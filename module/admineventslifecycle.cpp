@@ -16,6 +16,7 @@
 #include <eventswriter.h>
 #include <eventtreeitem.h>
 #include <loggingservice.h>
+#include <longwork.h>
 #include <notificationsdictionary.h>
 #include <singleeventsparser.h>
 #include <statewidget.h>
@@ -28,6 +29,7 @@
 #include <QDir>
 #include <QHeaderView>
 #include <QMessageBox>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QTimer>
 
@@ -103,18 +105,31 @@ void AdminEventsModule::change()
 void AdminEventsModule::load_p()
 {
     checkEventSettingsDirectory();
-    // Taken before reading: what changes from here on is noticed as a change.
+    // Taken before reading: what changes from here on is noticed as a change, when this load is done.
+    const bool watched = m_watcher && m_watcher->isRunning();
     if (m_watcher) {
         m_watcher->acknowledge();
     }
+    stopWatchConfigs();
+    const auto watchAgain = qScopeGuard([this, watched] {
+        if (watched) {
+            startWatchConfigs();
+        }
+    });
+    LongWork work;
+    const auto pause = [&work] { work.pause(); };
     const SettingsFile settings = presentSettings();
+    pause();
     m_dictionary = NodeDictionary::fromFile(SystemPaths::resolve(SystemPaths::nodeDictionary()));
     m_notifications.discard();
     readNotificationsSettings();
+    pause();
     SingleEventsParser parser(nullptr);
+    parser.setPause(pause);
     parser.setNotificationLookup(
         [](const QString &messageId) { return DBusKeeper::Instance()->findEvent(messageId); });
     if (!parser.isConfigCorrect()) {
+        work.end();
         QMessageBox::critical(
             this, i18n("Event configuration is incorrect."),
             i18n(
@@ -124,19 +139,19 @@ void AdminEventsModule::load_p()
         QCoreApplication::exit(-1);
         return;
     }
-    const TreeViewState viewState(m_ui->singleEventsView);
-    loadEvents(parser);
-    viewState.restore();
+    loadEvents(parser, pause);
     NotificationsDictionary::Instance()->init(); // for the dialogs only, so the events come first
     m_loadedSettings = settings.contentHash;
     showSettingsFileState(settings);
     showAuditState();
+    pause();
     settleNotifications();
     switchSngStatus();
 }
 
-void AdminEventsModule::loadEvents(const SingleEventsParser &parser)
+void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::function<void()> &pause)
 {
+    pause();
     detachNotificationDialog(); // its node goes with the tree
     m_users = parser.users();
     m_groups = parser.groups();
@@ -144,19 +159,29 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser)
     std::unique_ptr<EventTreeItem> reference(parser.parse());
     // Before a model shows them: what the system records is no change.
     synchronizeAuditSettings(*working);
+    pause();
     synchronizeAuditSettings(*reference);
-    // The column is measured once, when all is there, and not at every group that opens.
-    QHeaderView *header = m_ui->singleEventsView->header();
-    header->setSectionResizeMode(0, QHeaderView::Fixed);
-    m_workingModel->setRootItem(working.release());
-    header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    pause();
+    {
+        const TreeViewState viewState(m_ui->singleEventsView);
+        // The column is measured once, when all is there, and not at every group that opens.
+        QHeaderView *header = m_ui->singleEventsView->header();
+        header->setSectionResizeMode(0, QHeaderView::Fixed);
+        m_workingModel->setRootItem(working.release());
+        header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+        viewState.restore();
+    }
+    pause();
     m_referenceModel->setRootItem(reference.release());
+    pause();
     // For the first load it remains to ask the system. That takes its time, in which the page is shown
     // already.
     if (getAuditSettings(*m_workingModel->rootItem())) {
         synchronizeAuditSettings(*m_workingModel->rootItem());
+        pause();
         synchronizeAuditSettings(*m_referenceModel->rootItem());
         m_ui->singleEventsView->viewport()->update();
+        pause();
     }
 }
 

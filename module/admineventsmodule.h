@@ -13,6 +13,7 @@
 
 #include <KMessageWidget>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -62,8 +63,12 @@ public:
     void load_p();
     /// Writes the whole configuration; false when something was not written (the user has been told).
     [[nodiscard]] bool save_p();
-    /// Gives each model a tree of its own.
-    void loadEvents(const SingleEventsParser &parser);
+    /**
+     * Gives each model a tree of its own.
+     * @param pause called between the steps of it
+     */
+    void loadEvents(
+        const SingleEventsParser &parser, const std::function<void()> &pause = [] {});
 
     void startWatchConfigs();
     void stopWatchConfigs();

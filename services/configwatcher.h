@@ -38,6 +38,8 @@ public:
     /** Ends the watch: nothing is emitted until start(), also not for notifications already under way. */
     void stop();
 
+    [[nodiscard]] bool isRunning() const { return m_running; }
+
     /**
      * Takes the present state as known. Call it after an own save, and before (not after) an own load, so
      * that a change made while the load reads is still reported.

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void everyExternalChangeReloadsThePage();
     void aFileThatAppearsLaterIsWatched();
     void aLoadListsTheUsersAndTheGroupsOnceAndSideBySide();
+    void aChangeMadeDuringALoadIsShownAfterwards();
     void theEventsAreOnTheDisplayBeforeTheServiceManagerAnswers();
     void anExternalChangeDropsUnsavedEditsAndSaysSo();
     void whatOnePageAppliesAnotherShowsAndSaysWhy();
@@ -452,6 +453,24 @@ void LoadTest::aLoadListsTheUsersAndTheGroupsOnceAndSideBySide()
     QCOMPARE(listings(), QList<QByteArray>({"group", "passwd"}));
     page->load_p();
     QCOMPARE(listings(), QList<QByteArray>({"group", "group", "passwd", "passwd"}));
+    QVERIFY(QFile::remove(getent));
+}
+
+void LoadTest::aChangeMadeDuringALoadIsShownAfterwards()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    // The accounts are listed when the settings have been read already.
+    const QString getent = m_machine.root() + QStringLiteral("/bin/getent");
+    m_machine.write(getent,
+                    "#!/bin/sh\n"
+                    "dir=${0%/*}\n"
+                    "mkdir \"$dir/changed\" 2>/dev/null && echo '{\"plain\": {\"enabled\": \"1\"}}' > \""
+                        + m_machine.settingsPath().toUtf8() + "\"\necho root:x\n");
+    QVERIFY(QFile::setPermissions(getent, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    page->load();
+    QCOMPARE(m_machine.node(page->workingModel(), QStringLiteral("plain"))->checkState, int(Qt::Unchecked));
+    QTRY_COMPARE(m_machine.node(page->workingModel(), QStringLiteral("plain"))->checkState, int(Qt::Checked));
     QVERIFY(QFile::remove(getent));
 }
 

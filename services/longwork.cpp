@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "longwork.h"
+
+#include <QApplication>
+
+namespace {
+constexpr int longestPiece = 20; // ms
+}
+
+LongWork::LongWork()
+{
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    m_sinceTurn.start();
+}
+
+LongWork::~LongWork()
+{
+    end();
+}
+
+void LongWork::pause()
+{
+    if (m_sinceTurn.elapsed() >= longestPiece) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        m_sinceTurn.start();
+    }
+}
+
+void LongWork::end()
+{
+    if (!m_ended) {
+        m_ended = true;
+        QApplication::restoreOverrideCursor();
+    }
+}

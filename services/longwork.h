@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The admin-events authors
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QElapsedTimer>
+
+/**
+ * Work that may take longer on the GUI thread than a user should wait without a sign: as long as it lives,
+ * the mouse cursor shows that the program is busy, and pause() lets the windows be painted meanwhile.
+ *
+ * To be ended before a message box opens.
+ */
+class LongWork
+{
+public:
+    LongWork();
+    ~LongWork();
+    LongWork(const LongWork &) = delete;
+    LongWork &operator=(const LongWork &) = delete;
+
+    /**
+     * To be called between small pieces of the work. When the last turn of the event loop is some time ago,
+     * it lets the loop turn. What the user does meanwhile is kept until the work is done; timers, paintings
+     * and notifications are delivered: whoever works on shared data guards them.
+     */
+    void pause();
+
+    /// Ends it early.
+    void end();
+
+private:
+    QElapsedTimer m_sinceTurn;
+    bool m_ended = false;
+};
