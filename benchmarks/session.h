@@ -7,6 +7,7 @@
 
 #include <QModelIndex>
 #include <QString>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -64,4 +65,5 @@ private:
     QTreeView *m_view = nullptr;
     std::vector<Act> m_acts;
     QString m_error;
+    QTimer m_boxes;
 };
