@@ -104,7 +104,7 @@ void AdminEventsModule::change()
 
 void AdminEventsModule::load_p()
 {
-    checkEventSettingsDirectory();
+    const bool goesOn = checkEventSettingsDirectory();
     // Taken before reading: what changes from here on is noticed as a change, when this load is done.
     const bool watched = m_watcher && m_watcher->isRunning();
     if (m_watcher) {
@@ -117,7 +117,12 @@ void AdminEventsModule::load_p()
         }
     });
     LongWork work;
-    const auto pause = [&work] { work.pause(); };
+    const auto pause = [&work, goesOn] {
+        // A program that is about to end must not be told otherwise by what waits in the event loop.
+        if (goesOn) {
+            work.pause();
+        }
+    };
     const SettingsFile settings = presentSettings();
     pause();
     m_dictionary = NodeDictionary::fromFile(SystemPaths::resolve(SystemPaths::nodeDictionary()));
@@ -185,14 +190,14 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::
     }
 }
 
-void AdminEventsModule::checkEventSettingsDirectory()
+bool AdminEventsModule::checkEventSettingsDirectory()
 {
     const QString path = SystemPaths::resolve(SystemPaths::eventSettingsDirectory());
     const QDir directory(path);
     constexpr QDir::Filters everything
         = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
     if (directory.exists() && !directory.isEmpty(everything)) {
-        return;
+        return true;
     }
     QMessageBox::critical(this, i18n("No event configuration detected"),
                           i18n("The directory \"%1\" does not exist or is empty.\n"
@@ -200,6 +205,7 @@ void AdminEventsModule::checkEventSettingsDirectory()
                                path),
                           QMessageBox::Ok);
     QCoreApplication::exit(-1);
+    return false;
 }
 
 void AdminEventsModule::showSettingsFileState(const SettingsFile &settings)

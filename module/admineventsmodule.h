@@ -180,7 +180,7 @@ private:
     [[nodiscard]] QString notificationsUpdated() const;
 
     // Loading and saving
-    void checkEventSettingsDirectory();
+    [[nodiscard]] bool checkEventSettingsDirectory();
     void showSettingsFileState(const SettingsFile &settings);
     void configurationImported();
     [[nodiscard]] bool writeEventSettings(const SettingsFile &present);
