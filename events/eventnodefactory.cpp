@@ -130,7 +130,8 @@ QVector<QVariant> EventNodeFactory::rowOf(Name &name, const QJsonValue &value) c
 void EventNodeFactory::closeObject(EventTreeItem *node, int start) const
 {
     m_json += QLatin1Char('}');
-    node->setData(2, shared(m_json.mid(start)));
+    // A copy of its own: the whole buffer, which the outermost object would share, has room to grow.
+    node->setData(2, shared(QString(m_json.constData() + start, m_json.size() - start)));
 }
 
 EventTreeItem *EventNodeFactory::createEvent(const QString &id, const QJsonObject &description,
