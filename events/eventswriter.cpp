@@ -4,6 +4,7 @@
 #include "eventswriter.h"
 
 #include "eventtreeitem.h"
+#include "jsonindenter.h"
 #include "jsontext.h"
 
 #include <configaccessservice.h>
@@ -265,12 +266,15 @@ QByteArray EventsWriter::settingsContent(TreeItem *root)
     for (const QString &fragment : fragments) {
         size += fragment.size() + 1;
     }
-    QByteArray text;
+    QString text;
     text.reserve(size);
     for (const QString &fragment : fragments) {
-        text += fragment.toUtf8() + '\n';
+        text += fragment + QLatin1Char('\n');
     }
-    const QJsonDocument document = QJsonDocument::fromJson(text);
+    if (m_preserved.isEmpty()) {
+        return JsonIndenter::indented(text);
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
     if (document.isNull()) {
         return {};
     }

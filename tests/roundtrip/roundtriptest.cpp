@@ -29,6 +29,12 @@ void collectNodes(EventTreeItem *item, QVector<EventTreeItem *> &nodes)
         collectNodes(item->eventChild(row), nodes);
     }
 }
+
+/// The file holds what the toolkit's own parser and writer make of the fragments.
+void checkForm(const QByteArray &content, const QStringList &fragments)
+{
+    QCOMPARE(content, QJsonDocument::fromJson(fragments.join(QLatin1Char('\n')).toUtf8()).toJson());
+}
 } // namespace
 
 void addSeeds(quint32 count)
@@ -94,6 +100,7 @@ public:
         ChangeMarker::markAll(*reference.rootItem(), *working.rootItem());
         EventsWriter writer(service, SystemPaths::eventSettingsFile(), SystemPaths::auditRulesFile());
         const QByteArray content = writer.settingsContent(working.rootItem());
+        checkForm(content, writer.createConfig(working.rootItem()));
         writeSettings(content);
         return content;
     }
@@ -260,6 +267,7 @@ void RoundTripTest::savedTextAlwaysParses()
     QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
     QVERIFY(document.isObject());
     QCOMPARE(document.object().size(), fragments.size() - 2);
+    checkForm(writer.settingsContent(machine.working.rootItem()), fragments);
 }
 
 QTEST_MAIN(RoundTripTest)
