@@ -14,7 +14,7 @@
 namespace {
 constexpr int indentWidth = 4;
 constexpr int deepest = 100; // far below what the parser takes
-constexpr int longestNumber = 9; // digits of integers that are written as they are read
+constexpr int longestNumber = 9; // digits of integers that are surely written as they are read
 constexpr const char *lineEnd = ",\n";
 constexpr int lineEndSize = 2;
 
@@ -22,7 +22,7 @@ constexpr int lineEndSize = 2;
 /// order of UTF-8 is not that of UTF-16, and a byte order mark is lost.
 constexpr bool isPlain(unsigned char c)
 {
-    return c >= 0x20 && c != '"' && c != '\\' && c != 0x7f && c < 0xee;
+    return c >= 0x20 && c != '"' && c != '\\' && c < 0xee;
 }
 
 constexpr std::array<bool, 256> plainTable()
@@ -171,9 +171,6 @@ bool JsonIndenter::copyNumber()
     const auto count = m_next - digits;
     const bool isZero = count == 1 && *digits == '0';
     if (count < 1 || count > longestNumber || (*digits == '0' && (!isZero || digits != begin))) {
-        return false;
-    }
-    if (m_next != m_end && std::strchr(".eE", *m_next) != nullptr) {
         return false;
     }
     m_text.append(begin, static_cast<int>(m_next - begin));
