@@ -31,8 +31,11 @@ public:
     QString object(int depth)
     {
         QString text = QStringLiteral("{") + blanks();
+        // The toolkit's parser loses lists and objects of names given twice, and some of names with escapes.
+        const bool hostile = below(8) == 0;
         for (int i = below(6); i > 0; --i) {
-            text += name() + blanks() + QLatin1Char(':') + blanks() + value(depth);
+            text += hostile ? hostileName() : quoted(plainName() + QString::number(i));
+            text += blanks() + QLatin1Char(':') + blanks() + (hostile ? string() : value(depth));
             text += i > 1 ? blanks() + QLatin1Char(',') + blanks() : blanks();
         }
         return text + (below(300) == 0 ? QString() : QStringLiteral("}"));
@@ -50,12 +53,12 @@ private:
 
     QString quoted(const QString &content) { return QLatin1Char('"') + content + QLatin1Char('"'); }
 
-    QString name()
+    QString plainName()
     {
-        QString text = pick({"a", "ab", "b", "enabled", "Имя", "Имена", "é", "z z", "}", ", ", "", "~"});
-        text += below(3) == 0 ? QString() : QString::number(below(30));
-        return quoted(below(100) < m_rare ? text + rarePiece() : text);
+        return pick({"a", "ab", "b", "enabled", "Имя", "Имена", "é", "z z", "}", ", ", "", "~"});
     }
+
+    QString hostileName() { return quoted(below(2) == 0 ? plainName() : plainName() + rarePiece()); }
 
     QString rarePiece()
     {
