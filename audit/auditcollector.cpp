@@ -57,7 +57,8 @@ AuditCollector::AuditCollector(const QStringList &users, const QStringList &grou
 {
 }
 
-AuditSettings AuditCollector::collect(const EventTreeItem &working, const EventTreeItem &reference)
+AuditSettings AuditCollector::collect(const EventTreeItem &working, const EventTreeItem &reference,
+                                      const std::function<void()> &pause)
 {
     m_userWishes.clear();
     m_groupWishes.clear();
@@ -77,6 +78,7 @@ AuditSettings AuditCollector::collect(const EventTreeItem &working, const EventT
             for (const QString &identifier : identifiers) {
                 prepareAuditSettingsForOldConfigs(identifier, on ? AuditSettings::Both : AuditSettings::None);
             }
+            pause();
         }
     }
     AuditSettings settings;

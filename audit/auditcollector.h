@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <functional>
+
 class EventTreeItem;
 
 /**
@@ -21,8 +23,13 @@ public:
     /// @param users, groups the system's accounts; others that a description names cannot be audited
     AuditCollector(const QStringList &users, const QStringList &groups);
 
-    /// @param reference the tree as loaded, of the same shape
-    [[nodiscard]] AuditSettings collect(const EventTreeItem &working, const EventTreeItem &reference);
+    /**
+     * @param reference the tree as loaded, of the same shape
+     * @param pause called after every event; neither tree may be changed or destroyed in it
+     */
+    [[nodiscard]] AuditSettings collect(
+        const EventTreeItem &working, const EventTreeItem &reference,
+        const std::function<void()> &pause = [] {});
 
 private:
     /// The bits of one setting, put together from several events.

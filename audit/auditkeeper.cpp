@@ -71,11 +71,12 @@ void AuditKeeper::copyInto(EventTreeItem &root) const
 }
 
 bool AuditKeeper::collect(const EventTreeItem &working, const EventTreeItem &reference,
-                          const QStringList &users, const QStringList &groups)
+                          const QStringList &users, const QStringList &groups,
+                          const std::function<void()> &pause)
 {
     AuditCollector collector(users, groups);
-    const AuditSettings loaded = collector.collect(reference, reference);
-    m_collected = collector.collect(working, reference);
+    const AuditSettings loaded = collector.collect(reference, reference, pause);
+    m_collected = collector.collect(working, reference, pause);
     return !m_collected.differencesFrom(loaded).isEmpty() || !loaded.differencesFrom(m_collected).isEmpty();
 }
 

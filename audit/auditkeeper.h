@@ -4,6 +4,8 @@
 
 #include "auditsettings.h"
 
+#include <functional>
+
 class AuditService;
 class EventTreeItem;
 
@@ -41,10 +43,12 @@ public:
      * Collects what the edited tree asks for, for write().
      *
      * @param reference the tree as loaded
+     * @param pause called after every event; neither tree nor this object may be destroyed in it
      * @return true when it asks for something else than the tree as loaded did
      */
-    [[nodiscard]] bool collect(const EventTreeItem &working, const EventTreeItem &reference,
-                               const QStringList &users, const QStringList &groups);
+    [[nodiscard]] bool collect(
+        const EventTreeItem &working, const EventTreeItem &reference, const QStringList &users,
+        const QStringList &groups, const std::function<void()> &pause = [] {});
 
     /// Why the collected settings cannot be written; empty when they can. Asks nobody.
     [[nodiscard]] QString refusal() const;

@@ -86,6 +86,8 @@ void markChanged(EventTreeItem &item)
     }
 }
 
+using Pause = std::function<void()>;
+
 bool compareData(const EventTreeItem &reference, EventTreeItem &working, int column)
 {
     if (!EventDisplay::sameDisplay(reference, working, column)) {
@@ -146,13 +148,27 @@ bool compareChildren(const EventTreeItem &reference, EventTreeItem &working)
     return equal;
 }
 
+/// As compareColumns() of a group, with pauses between its events.
+void compareGroup(const EventTreeItem &reference, EventTreeItem &working, int columns, const Pause &pause)
+{
+    for (int row = 0; row < reference.childCount() && row < working.childCount(); ++row) {
+        compareColumns(*reference.eventChild(row), *working.eventChild(row), reference.columnCount());
+        pause();
+    }
+    if (!isUntouched(reference, working)) {
+        for (int column = 0; column < columns; ++column) {
+            (void)compareData(reference, working, column);
+        }
+    }
+}
+
 /// Settles the marks below @p working; true when it is or holds something to write.
-bool settle(const EventTreeItem *reference, EventTreeItem &working)
+bool settle(const EventTreeItem *reference, EventTreeItem &working, const Pause &pause)
 {
     bool holdsContent = false;
     for (int row = 0; row < working.childCount(); ++row) {
         const EventTreeItem *counterpart = reference ? reference->eventChild(row) : nullptr;
-        holdsContent = settle(counterpart, *working.eventChild(row)) || holdsContent;
+        holdsContent = settle(counterpart, *working.eventChild(row), pause) || holdsContent;
     }
     const bool isEvent = working.kind == EventTreeItem::Event;
     EventTreeItem *enabled = working.switchChild();
@@ -163,6 +179,9 @@ bool settle(const EventTreeItem *reference, EventTreeItem &working)
     const bool hasContent = working.overlay || holdsContent;
     if (hasContent && enabled && (isEvent || working.member(QLatin1String("message-params")))) {
         enabled->overlay = true;
+    }
+    if (isEvent) {
+        pause();
     }
     return hasContent;
 }
@@ -192,10 +211,11 @@ bool ChangeMarker::compareItems(const EventTreeItem &reference, EventTreeItem &w
     return (column != 0 || compareChildren(reference, working)) && equal;
 }
 
-void ChangeMarker::markAll(const EventTreeItem &reference, EventTreeItem &working)
+void ChangeMarker::markAll(const EventTreeItem &reference, EventTreeItem &working,
+                           const std::function<void()> &pause)
 {
     for (int row = 0; row < reference.childCount() && row < working.childCount(); ++row) {
-        compareColumns(*reference.eventChild(row), *working.eventChild(row), reference.columnCount());
+        compareGroup(*reference.eventChild(row), *working.eventChild(row), reference.columnCount(), pause);
     }
-    settle(&reference, working);
+    settle(&reference, working, pause);
 }

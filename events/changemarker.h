@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <functional>
+
 class EventTreeItem;
 
 /**
@@ -36,6 +38,9 @@ bool compareItems(const EventTreeItem &reference, EventTreeItem &working, int co
  * - objects that were only marked beside a change, and hold none, lose the mark;
  * - an event that has no switch and nothing to write loses it too, since a
  *   mark of its own would be written as "switched off".
+ *
+ * @param pause called after every event, twice; neither tree may be changed or destroyed in it
  */
-void markAll(const EventTreeItem &reference, EventTreeItem &working);
+void markAll(
+    const EventTreeItem &reference, EventTreeItem &working, const std::function<void()> &pause = [] {});
 } // namespace ChangeMarker

@@ -51,7 +51,7 @@ void followState(EventTreeItem *leaf)
 
 CheckableTreeModel::CheckableTreeModel(const EventConfigStorage &storage, QObject *parent)
     : QAbstractItemModel(parent)
-    , m_rootItem(std::make_unique<EventTreeItem>(QVector<QVariant>{i18n("Name"), i18n("Value")}))
+    , m_rootItem(std::make_shared<EventTreeItem>(QVector<QVariant>{i18n("Name"), i18n("Value")}))
     , m_storage(storage)
 {
 }

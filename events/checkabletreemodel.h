@@ -37,9 +37,11 @@ public:
     explicit CheckableTreeModel(const EventConfigStorage &storage, QObject *parent = nullptr);
     ~CheckableTreeModel() override;
 
-    /// Takes ownership of @p root; the previous tree is destroyed.
+    /// Takes ownership of @p root; the previous tree is destroyed, unless somebody holds it.
     void setRootItem(EventTreeItem *root);
     [[nodiscard]] EventTreeItem *rootItem() const { return m_rootItem.get(); }
+    /// The tree for whoever works on it while the event loop turns: it stays until he is done.
+    [[nodiscard]] std::shared_ptr<EventTreeItem> holdTree() const { return m_rootItem; }
     [[nodiscard]] const EventConfigStorage &storage() const { return m_storage; }
 
     [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
@@ -112,7 +114,7 @@ private:
     [[nodiscard]] QVariant customRole(const QModelIndex &index, const EventTreeItem *item, int role) const;
     bool toggle(const QModelIndex &index);
 
-    std::unique_ptr<EventTreeItem> m_rootItem;
+    std::shared_ptr<EventTreeItem> m_rootItem;
     mutable QIcon m_composedIcon; // null until it is needed
     const EventConfigStorage &m_storage;
 };

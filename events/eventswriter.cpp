@@ -140,6 +140,9 @@ void EventsWriter::printMessages(const EventTreeItem &item, QStringList &fragmen
     if (!text.isEmpty()) {
         fragments.append(text);
     }
+    if (m_pause) {
+        m_pause();
+    }
 }
 
 QString EventsWriter::eventText(const EventTreeItem &event)

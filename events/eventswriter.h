@@ -7,6 +7,8 @@
 
 #include <QJsonObject>
 
+#include <functional>
+
 class EventTreeItem;
 
 /**
@@ -23,6 +25,8 @@ public:
 
     /// Members of the present settings file that no event of the tree stands for; they are written along.
     void setPreserved(const QJsonObject &members) { m_preserved = members; }
+    /// Called after every event while content is made; the tree must neither change nor go in it.
+    void setPause(std::function<void()> pause) { m_pause = std::move(pause); }
     /**
      * Makes the content that the next writeConfig() writes; the tree must not change in between.
      * @return false when it would not read back as JSON, so that writing would empty the file
@@ -57,6 +61,7 @@ private:
     QString m_auditRulesPath;
     QByteArray m_prepared; // the settings file's content, from prepare() to writeConfig()
     QJsonObject m_preserved;
+    std::function<void()> m_pause;
     bool m_hasAuditRules = false;
     QStringList m_auditRules;
     QStringList m_errors;
