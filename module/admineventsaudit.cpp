@@ -10,10 +10,13 @@
 #include <coreutils.h>
 #include <eventtreeitem.h>
 #include <guiutils.h>
+#include <longwork.h>
 #include <systempaths.h>
 
 #include <KLocalizedString>
 #include <KMessageWidget>
+
+#include <QPointer>
 
 namespace {
 constexpr int jsonColumn = 2;
@@ -84,9 +87,20 @@ void AdminEventsModule::showAuditState()
 bool AdminEventsModule::checkAuditSettings()
 {
     // Collected once, when it is needed, and not at every click: a large site has 100,000 such settings.
-    m_auditChanged = m_auditKeeper->collect(*m_workingModel->rootItem(), *m_referenceModel->rootItem(),
-                                            m_users, m_groups);
+    // The page may end in a pause; what is worked on stays until then.
+    const QPointer<AdminEventsModule> self(this);
+    const std::shared_ptr<AuditKeeper> keeper = m_auditKeeper;
+    const std::shared_ptr<EventTreeItem> working = m_workingModel->holdTree();
+    const std::shared_ptr<EventTreeItem> reference = m_referenceModel->holdTree();
+    LongWork work;
+    const bool auditChanged
+        = keeper->collect(*working, *reference, m_users, m_groups, [&work] { work.pause(); });
+    if (!self) {
+        return false;
+    }
+    m_auditChanged = auditChanged;
     const QString refusal = m_auditChanged ? m_auditKeeper->refusal() : QString();
+    work.end();
     if (!refusal.isEmpty()) {
         showError(i18n("%1\nNothing was saved.", refusal));
     }

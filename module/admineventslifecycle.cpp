@@ -25,13 +25,14 @@
 #include <KLocalizedString>
 #include <KMessageWidget>
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDir>
 #include <QHeaderView>
 #include <QMessageBox>
+#include <QPointer>
 #include <QScopeGuard>
-#include <QScopedValueRollback>
 #include <QTimer>
+#include <QTreeView>
 
 #include <utility>
 
@@ -57,7 +58,11 @@ SettingsFile presentSettings()
 
 void AdminEventsModule::access()
 {
+    const QPointer<AdminEventsModule> self(this);
     load_p();
+    if (!self) {
+        return;
+    }
     stateWidget()->resetState();
     startWatchConfigs();
     if (!m_firstViewerArgument.isEmpty() && !m_secondViewerArgument.isEmpty()) {
@@ -89,12 +94,20 @@ void AdminEventsModule::createNextDialog()
 
 void AdminEventsModule::change()
 {
-    if (!save_p()) {
+    const QPointer<AdminEventsModule> self(this);
+    const bool saved = save_p();
+    if (!self) {
+        return;
+    }
+    if (!saved) {
         // A reload would drop edits that are not in any file yet.
         setApplyFailed(true);
         return;
     }
     load_p();
+    if (!self) {
+        return;
+    }
     stateWidget()->resetState();
     const QString note = std::exchange(m_savedNote, {});
     if (!note.isEmpty() && m_messageBar->isHidden()) {
@@ -111,8 +124,9 @@ void AdminEventsModule::load_p()
         m_watcher->acknowledge();
     }
     stopWatchConfigs();
-    const auto watchAgain = qScopeGuard([this, watched] {
-        if (watched) {
+    const QPointer<AdminEventsModule> self(this); // which may end in a pause
+    const auto watchAgain = qScopeGuard([this, self, watched] {
+        if (self && watched) {
             startWatchConfigs();
         }
     });
@@ -125,10 +139,16 @@ void AdminEventsModule::load_p()
     };
     const SettingsFile settings = presentSettings();
     pause();
+    if (!self) {
+        return;
+    }
     m_dictionary = NodeDictionary::fromFile(SystemPaths::resolve(SystemPaths::nodeDictionary()));
     m_notifications.discard();
     readNotificationsSettings();
     pause();
+    if (!self) {
+        return;
+    }
     SingleEventsParser parser(nullptr);
     parser.setPause(pause);
     parser.setNotificationLookup(
@@ -145,28 +165,48 @@ void AdminEventsModule::load_p()
         return;
     }
     loadEvents(parser, pause);
+    if (!self) {
+        return;
+    }
     NotificationsDictionary::Instance()->init(); // for the dialogs only, so the events come first
     m_loadedSettings = settings.contentHash;
     showSettingsFileState(settings);
     showAuditState();
     pause();
+    if (!self) {
+        return;
+    }
     settleNotifications();
     switchSngStatus();
 }
 
 void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::function<void()> &pause)
 {
-    pause();
+    const QPointer<AdminEventsModule> self(this);
+    const auto endsInPause = [&pause, &self] {
+        pause();
+        return self.isNull();
+    };
+    if (endsInPause()) {
+        return;
+    }
     detachNotificationDialog(); // its node goes with the tree
     m_users = parser.users();
     m_groups = parser.groups();
     std::unique_ptr<EventTreeItem> working(parser.parse());
     std::unique_ptr<EventTreeItem> reference(parser.parse());
+    if (!self) {
+        return;
+    }
     // Before a model shows them: what the system records is no change.
     synchronizeAuditSettings(*working);
-    pause();
+    if (endsInPause()) {
+        return;
+    }
     synchronizeAuditSettings(*reference);
-    pause();
+    if (endsInPause()) {
+        return;
+    }
     {
         const TreeViewState viewState(m_ui->singleEventsView);
         // The column is measured once, when all is there, and not at every group that opens.
@@ -176,14 +216,20 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::
         header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
         viewState.restore();
     }
-    pause();
+    if (endsInPause()) {
+        return;
+    }
     m_referenceModel->setRootItem(reference.release());
-    pause();
+    if (endsInPause()) {
+        return;
+    }
     // For the first load it remains to ask the system. That takes its time, in which the page is shown
     // already.
     if (getAuditSettings(*m_workingModel->rootItem())) {
         synchronizeAuditSettings(*m_workingModel->rootItem());
-        pause();
+        if (endsInPause()) {
+            return;
+        }
         synchronizeAuditSettings(*m_referenceModel->rootItem());
         m_ui->singleEventsView->viewport()->update();
         pause();
@@ -226,10 +272,20 @@ bool AdminEventsModule::save_p()
     if (!isNotificationDialogFree()) {
         return false;
     }
+    finishTyping();
     stopWatchConfigs();
-    const SettingsFile present = presentSettings();
-    bool saved
-        = checkAuditSettings() && mayReplace(present) && saveNotifications() && writeEventSettings(present);
+    const QPointer<AdminEventsModule> self(this);
+    bool saved = checkAuditSettings();
+    if (!self) {
+        return false;
+    }
+    if (saved) {
+        const SettingsFile present = presentSettings();
+        saved = mayReplace(present) && saveNotifications() && writeEventSettings(present);
+    }
+    if (!self) {
+        return false;
+    }
     if (saved) {
         if (m_watcher) {
             m_watcher->acknowledge(); // these changes are the page's own
@@ -247,14 +303,36 @@ bool AdminEventsModule::save_p()
     return saved;
 }
 
+void AdminEventsModule::finishTyping()
+{
+    // Else an editor would hand over its value whenever the window loses the focus, between two steps.
+    QWidget *view = m_ui->singleEventsView;
+    if (view->isAncestorOf(QApplication::focusWidget())) {
+        view->setFocus();
+    }
+}
+
 bool AdminEventsModule::writeEventSettings(const SettingsFile &present)
 {
-    EventTreeItem *root = m_workingModel->rootItem();
-    ChangeMarker::markAll(*m_referenceModel->rootItem(), *root);
+    // The page may end in a pause; what is worked on stays until then.
+    const QPointer<AdminEventsModule> self(this);
+    const std::shared_ptr<EventTreeItem> working = m_workingModel->holdTree();
+    const std::shared_ptr<EventTreeItem> reference = m_referenceModel->holdTree();
+    EventTreeItem *root = working.get();
     EventsWriter writer(*m_configAccessService, SystemPaths::eventSettingsFile(),
                         SystemPaths::auditRulesFile());
+    LongWork work;
+    const auto pause = [&work] { work.pause(); };
+    ChangeMarker::markAll(*reference, *root, pause);
+    pause();
+    writer.setPause(pause);
     writer.setPreserved(membersWithoutEvent(present.object, *root));
-    if (!writer.prepare(root)) {
+    const bool prepared = writer.prepare(root);
+    work.end();
+    if (!self) {
+        return false;
+    }
+    if (!prepared) {
         showError(i18n("The event settings are nested too deeply to be saved in %1. Nothing was saved.",
                        SystemPaths::eventSettingsFile()));
         return false;
@@ -324,10 +402,13 @@ void AdminEventsModule::configsChanged(const QString &path)
         return;
     }
     const bool dropsEdits = !compareModels();
-    {
-        const QScopedValueRollback<bool> reloading(m_reloading, true);
-        load_p();
+    const QPointer<AdminEventsModule> self(this);
+    m_reloading = true;
+    load_p();
+    if (!self) {
+        return;
     }
+    m_reloading = false;
     stateWidget()->resetState();
     Q_EMIT changed(false);
     const QString happened = i18n("%1 was changed by another program or page.", path);

@@ -32,7 +32,7 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
     , m_loggingService(new LoggingService(this))
     , m_auditService(new AuditService(this))
     , m_statusReader(new ServiceStatusReader(this))
-    , m_auditKeeper(std::make_unique<AuditKeeper>(*m_auditService))
+    , m_auditKeeper(std::make_shared<AuditKeeper>(*m_auditService))
     , m_storage(
           std::make_unique<EventConfigStorage>(SystemPaths::resolve(SystemPaths::eventSettingsDirectory())))
 {

@@ -65,7 +65,7 @@ public:
     [[nodiscard]] bool save_p();
     /**
      * Gives each model a tree of its own.
-     * @param pause called between the steps of it
+     * @param pause called between the steps of it; when the page ends in it, the rest is left out
      */
     void loadEvents(
         const SingleEventsParser &parser, const std::function<void()> &pause = [] {});
@@ -183,6 +183,7 @@ private:
     [[nodiscard]] bool checkEventSettingsDirectory();
     void showSettingsFileState(const SettingsFile &settings);
     void configurationImported();
+    void finishTyping();
     [[nodiscard]] bool writeEventSettings(const SettingsFile &present);
     [[nodiscard]] bool mayReplace(const SettingsFile &present);
     void showError(const QString &text);
@@ -199,7 +200,7 @@ private:
     LoggingService *m_loggingService;
     AuditService *m_auditService;
     ServiceStatusReader *m_statusReader;
-    std::unique_ptr<AuditKeeper> m_auditKeeper;
+    std::shared_ptr<AuditKeeper> m_auditKeeper;
     std::unique_ptr<EventConfigStorage> m_storage;
     NodeDictionary m_dictionary;
     CheckableTreeModel *m_referenceModel = nullptr; // as last loaded

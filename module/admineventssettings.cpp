@@ -12,6 +12,8 @@
 #include <KLocalizedString>
 #include <KMessageWidget>
 
+#include <QPointer>
+
 CommonSettingsWindow &AdminEventsModule::commonSettings()
 {
     if (m_commonSettings) {
@@ -39,7 +41,11 @@ void AdminEventsModule::configurationImported()
     const bool dropsEdits = !compareModels();
     m_loggingService->restart();
     m_auditKeeper->forget();
+    const QPointer<AdminEventsModule> self(this);
     load_p();
+    if (!self) {
+        return;
+    }
     stateWidget()->resetState();
     Q_EMIT changed(false);
     if (dropsEdits) {

@@ -4,10 +4,6 @@
 
 #include <QApplication>
 
-namespace {
-constexpr int longestPiece = 20; // ms
-}
-
 LongWork::LongWork()
 {
     QApplication::setOverrideCursor(Qt::BusyCursor);
@@ -21,7 +17,7 @@ LongWork::~LongWork()
 
 void LongWork::pause()
 {
-    if (m_sinceTurn.elapsed() >= longestPiece) {
+    if (m_sinceTurn.elapsed() >= s_longestPiece) {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         m_sinceTurn.start();
     }

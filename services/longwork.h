@@ -28,7 +28,11 @@ public:
     /// Ends it early.
     void end();
 
+    /// Below how many milliseconds of work pause() does nothing; 20 at first.
+    static void setLongestPiece(int milliseconds) { s_longestPiece = milliseconds; }
+
 private:
+    inline static int s_longestPiece = 20; // ms
     QElapsedTimer m_sinceTurn;
     bool m_ended = false;
 };
