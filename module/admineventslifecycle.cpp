@@ -118,6 +118,13 @@ void AdminEventsModule::change()
 void AdminEventsModule::load_p()
 {
     const bool goesOn = checkEventSettingsDirectory();
+    LongWork work;
+    const auto pause = [&work, goesOn] {
+        // A program that is about to end must not be told otherwise by what waits in the event loop.
+        if (goesOn) {
+            work.pause();
+        }
+    };
     // Taken before reading: what changes from here on is noticed as a change, when this load is done.
     const bool watched = m_watcher && m_watcher->isRunning();
     if (m_watcher) {
@@ -130,13 +137,7 @@ void AdminEventsModule::load_p()
             startWatchConfigs();
         }
     });
-    LongWork work;
-    const auto pause = [&work, goesOn] {
-        // A program that is about to end must not be told otherwise by what waits in the event loop.
-        if (goesOn) {
-            work.pause();
-        }
-    };
+    pause();
     const SettingsFile settings = presentSettings();
     pause();
     if (!self) {
@@ -207,6 +208,9 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::
     if (endsInPause()) {
         return;
     }
+    // Their ends take their time, too.
+    std::shared_ptr<EventTreeItem> oldWorking = m_workingModel->holdTree();
+    std::shared_ptr<EventTreeItem> oldReference = m_referenceModel->holdTree();
     {
         const TreeViewState viewState(m_ui->singleEventsView);
         // The column is measured once, when all is there, and not at every group that opens.
@@ -220,6 +224,11 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::
         return;
     }
     m_referenceModel->setRootItem(reference.release());
+    oldWorking.reset();
+    if (endsInPause()) {
+        return;
+    }
+    oldReference.reset();
     if (endsInPause()) {
         return;
     }
@@ -288,7 +297,12 @@ bool AdminEventsModule::save_p()
     }
     if (saved) {
         if (m_watcher) {
+            LongWork work; // it looks at every file of the catalog
             m_watcher->acknowledge(); // these changes are the page's own
+            work.pause();
+        }
+        if (!self) {
+            return false;
         }
         const AuditSave audit = saveAuditSettings();
         saved = audit != AuditSave::Failed;
@@ -328,6 +342,7 @@ bool AdminEventsModule::writeEventSettings(const SettingsFile &present)
     writer.setPause(pause);
     writer.setPreserved(membersWithoutEvent(present.object, *root));
     const bool prepared = writer.prepare(root);
+    pause();
     work.end();
     if (!self) {
         return false;
