@@ -50,6 +50,16 @@ QJsonObject membersWithoutEvent(const QJsonObject &settings, const EventTreeItem
     return left;
 }
 
+void endForIncorrectEvents(QWidget *page)
+{
+    QMessageBox::critical(
+        page, i18n("Event configuration is incorrect."),
+        i18n("Check if there are no duplicate event_id in event configuration(even in different groups).\n"
+             "The application cannot continue and will be terminated."),
+        QMessageBox::Ok);
+    QCoreApplication::exit(-1);
+}
+
 SettingsFile presentSettings()
 {
     return readSettingsFile(SystemPaths::resolve(SystemPaths::eventSettingsFile()));
@@ -156,13 +166,7 @@ void AdminEventsModule::load_p()
         [](const QString &messageId) { return DBusKeeper::Instance()->findEvent(messageId); });
     if (!parser.isConfigCorrect()) {
         work.end();
-        QMessageBox::critical(
-            this, i18n("Event configuration is incorrect."),
-            i18n(
-                "Check if there are no duplicate event_id in event configuration(even in different groups).\n"
-                "The application cannot continue and will be terminated."),
-            QMessageBox::Ok);
-        QCoreApplication::exit(-1);
+        endForIncorrectEvents(this);
         return;
     }
     loadEvents(parser, pause);
@@ -225,9 +229,7 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::
     }
     m_referenceModel->setRootItem(reference.release());
     oldWorking.reset();
-    if (endsInPause()) {
-        return;
-    }
+    pause();
     oldReference.reset();
     if (endsInPause()) {
         return;
