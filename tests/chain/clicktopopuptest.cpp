@@ -10,6 +10,7 @@
 #include <checkboxparam.h>
 #include <dbusdialog.h>
 #include <eventtreeitem.h>
+#include <filetree.h>
 #include <leashedprocess.h>
 
 #include <QAbstractProxyModel>
@@ -48,20 +49,6 @@ QByteArray record(const QByteArray &messageId, const QByteArray &user)
     return "{\"PRIORITY\":\"notice\",\"MSG\":{\"nivra-auth\":{\"name_en\":\"A login\",\"user\":\"" + user
         + "\",\"terminal\":\"pts/0\",\"message_id\":\"" + messageId
         + "\"}},\"ISODATE\":\"2026-03-14T09:26:53+03:00\",\"HOST\":\"debian\",\"FACILITY\":\"user\"}";
-}
-
-void copyTree(const QString &from, const QString &to)
-{
-    QVERIFY(QDir().mkpath(to));
-    const QFileInfoList entries = QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    for (const QFileInfo &entry : entries) {
-        const QString target = to + QLatin1Char('/') + entry.fileName();
-        if (entry.isDir()) {
-            copyTree(entry.filePath(), target);
-        } else {
-            QVERIFY2(QFile::copy(entry.filePath(), target), qPrintable(target));
-        }
-    }
 }
 
 int run(QStringList command)
@@ -180,9 +167,9 @@ void ClickToPopupTest::makeMachine()
          {"usr/share/syslog-ng-mod-nivra", "usr/share/knotifications5", "etc/zep-admin-events"}) {
         QVERIFY(QDir(below(path)).removeRecursively());
     }
-    copyTree(QStringLiteral(SHIPPED_DATA "/event-settings"), m_machine.catalogPath());
-    copyTree(QStringLiteral(SHIPPED_DATA "/zep-admin-events"), below("etc/zep-admin-events"));
-    copyTree(QStringLiteral(NOTIFYRC), below("usr/share/knotifications5"));
+    QVERIFY(copyTree(QStringLiteral(SHIPPED_DATA "/event-settings"), m_machine.catalogPath()));
+    QVERIFY(copyTree(QStringLiteral(SHIPPED_DATA "/zep-admin-events"), below("etc/zep-admin-events")));
+    QVERIFY(copyTree(QStringLiteral(NOTIFYRC), below("usr/share/knotifications5")));
     QVERIFY(QFile::copy(QStringLiteral(WATCHER_SOURCE "/nivra-event-watcher.notifyrc"),
                         below("usr/share/knotifications5/nivra-event-watcher.notifyrc")));
     QVERIFY(QDir().mkpath(below("usr/lib/python3")));

@@ -100,7 +100,7 @@ private Q_SLOTS:
 
 private:
     QString below(const QString &path) const { return m_fixture.root() + path; }
-    void expectRefusal(const QString &verb, const QString &target, const QString &place,
+    void expectRefusal(const QString &verb, const QVariantMap &arguments, const QString &place,
                        const QString &reason);
 
     RefusalFixture m_fixture;
@@ -124,11 +124,11 @@ void RefusedTargetsTest::init()
     QVERIFY(putFile(below(QStringLiteral("/victim")), "precious"));
 }
 
-void RefusedTargetsTest::expectRefusal(const QString &verb, const QString &target, const QString &place,
-                                       const QString &reason)
+void RefusedTargetsTest::expectRefusal(const QString &verb, const QVariantMap &arguments,
+                                       const QString &place, const QString &reason)
 {
     const TreeSnapshot before = m_fixture.snapshot();
-    const HelperAnswer answer = requestHelper(verb, m_fixture.sound(verb, target));
+    const HelperAnswer answer = requestHelper(verb, arguments);
     QVERIFY2(!answer.ok, "the request was granted");
     QVERIFY2(answer.text.contains(QLatin1Char('"') + below(place) + QLatin1Char('"')),
              qPrintable(answer.text));
@@ -167,7 +167,7 @@ void RefusedTargetsTest::refusesWhatIsNoRegularFile()
     if (!putInTheWay(kind, below(path))) {
         QSKIP("only root may make a device");
     }
-    expectRefusal(verb, path, path,
+    expectRefusal(verb, m_fixture.sound(verb, path), path,
                   kind == QLatin1String("link to nothing") ? QStringLiteral("a symbolic link") : kind);
 }
 
@@ -212,7 +212,7 @@ void RefusedTargetsTest::refusesWhatStandsInForAParent()
         || path.startsWith(QLatin1String("/etc/audit"));
     const QString reason = kind == QLatin1String("nothing") ? QStringLiteral("No such file") : kind;
     if (isFirst || kind != QLatin1String("nothing")) {
-        expectRefusal(verb, path, parent, reason);
+        expectRefusal(verb, m_fixture.sound(verb, path), parent, reason);
         return;
     }
     const TreeSnapshot before = m_fixture.snapshot();
@@ -300,16 +300,9 @@ void RefusedTargetsTest::refusesWhatStandsInForTheArchive()
     } else if (kind == QLatin1String("link to nothing")) {
         reason = QStringLiteral("a symbolic link");
     }
-    const TreeSnapshot before = m_fixture.snapshot();
     const QString key
         = verb == QLatin1String("exportconfig") ? QStringLiteral("output") : QStringLiteral("input");
-    const HelperAnswer answer = requestHelper(verb, {{key, archive}});
-    QVERIFY2(!answer.ok, "the request was granted");
-    QVERIFY2(answer.text.contains(QLatin1Char('"') + below(place) + QLatin1Char('"')),
-             qPrintable(answer.text));
-    QVERIFY2(answer.text.contains(reason), qPrintable(answer.text));
-    QCOMPARE(m_fixture.snapshot(), before);
-    ++m_count;
+    expectRefusal(verb, {{key, archive}}, place, reason);
 }
 
 void RefusedTargetsTest::refusesToReadWhatIsNoRegularFile_data()
@@ -340,7 +333,8 @@ void RefusedTargetsTest::refusesToReadWhatIsNoRegularFile()
     QVERIFY(QDir().rename(below(place), aside));
     QVERIFY(kind == QLatin1String("symbolic link") ? QFile::link(aside, below(place))
                                                    : putInTheWay(kind, below(place)));
-    expectRefusal(QStringLiteral("getauditsettings"), {}, place, kind);
+    const QString verb = QStringLiteral("getauditsettings");
+    expectRefusal(verb, m_fixture.sound(verb, {}), place, kind);
 }
 
 void RefusedTargetsTest::refusesABackupDirectoryThatIsNone_data()
@@ -374,7 +368,7 @@ void RefusedTargetsTest::refusesABackupDirectoryThatIsNone()
     } else {
         QVERIFY(putInTheWay(kind, below(level)));
     }
-    expectRefusal(verb, path, level, kind);
+    expectRefusal(verb, m_fixture.sound(verb, path), level, kind);
 }
 
 void RefusedTargetsTest::leavesTheOtherNameOfAHardLinkAlone_data()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include <filetree.h>
 #include <privatebus.h>
 
 #include <KCModule>
@@ -46,7 +47,6 @@ private Q_SLOTS:
 
 private:
     void makeMachine();
-    static void copyTree(const QString &from, const QString &to);
     QModelIndex search(const QString &text);
     void clickBox(const QModelIndex &index);
     void chooseFromMenu(const QModelIndex &index, const QString &text);
@@ -63,20 +63,6 @@ private:
     std::unique_ptr<QWidget> m_window; // stands for the shell's
 };
 
-void JourneyTest::copyTree(const QString &from, const QString &to)
-{
-    QDir().mkpath(to);
-    const QFileInfoList entries = QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    for (const QFileInfo &entry : entries) {
-        const QString target = to + QLatin1Char('/') + entry.fileName();
-        if (entry.isDir()) {
-            copyTree(entry.filePath(), target);
-        } else {
-            QVERIFY2(QFile::copy(entry.filePath(), target), qPrintable(target));
-        }
-    }
-}
-
 void JourneyTest::makeMachine()
 {
     const QDir root(m_root.path());
@@ -85,10 +71,10 @@ void JourneyTest::makeMachine()
         QVERIFY(root.mkpath(QLatin1String(folder)));
     }
     const QDir data(QStringLiteral(SHIPPED_DATA));
-    copyTree(data.filePath(QStringLiteral("event-settings")),
-             root.filePath(QStringLiteral("usr/share/syslog-ng-mod-nivra/event-settings")));
-    copyTree(data.filePath(QStringLiteral("zep-admin-events")),
-             root.filePath(QStringLiteral("etc/zep-admin-events")));
+    QVERIFY(copyTree(data.filePath(QStringLiteral("event-settings")),
+                     root.filePath(QStringLiteral("usr/share/syslog-ng-mod-nivra/event-settings"))));
+    QVERIFY(copyTree(data.filePath(QStringLiteral("zep-admin-events")),
+                     root.filePath(QStringLiteral("etc/zep-admin-events"))));
     QFile config(QFileInfo(QStringLiteral(SYSTEMCTL)).path() + QStringLiteral("/syslog-ng.conf.in"));
     QVERIFY(config.open(QIODevice::ReadOnly));
     QFile target(root.filePath(QStringLiteral("etc/syslog-ng/syslog-ng.conf")));

@@ -66,12 +66,7 @@ void LogCircleTest::init()
 {
     m_machine.reset();
     QVERIFY(m_machine.bus->setAllowed(true));
-    const QString data = QStringLiteral(SHIPPED_DATA);
-    QVERIFY(QDir().mkpath(path(QStringLiteral("/etc/logrotate.d"))));
-    PageFixture::write(path(SystemPaths::mainConfiguration()),
-                       PageFixture::read(data + QStringLiteral("/syslog-ng/mod-nivra.conf")));
-    PageFixture::write(path(SystemPaths::rotationFile()),
-                       PageFixture::read(data + QStringLiteral("/logrotate/syslog-ng-mod-nivra")));
+    QVERIFY(SettingsWindow::putShippedFiles(m_machine, QStringLiteral(SHIPPED_DATA)));
     QFile::remove(archive());
 }
 

@@ -10,6 +10,7 @@
 #include <dbusdialog.h>
 #include <destinationsmodel.h>
 #include <destinationssettings.h>
+#include <systempaths.h>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -81,6 +82,21 @@ void describe(const QWidget &window, QStringList &lines)
     lines << fields;
 }
 } // namespace
+
+bool SettingsWindow::putShippedFiles(const PageFixture &machine, const QString &data)
+{
+    const auto put = [&](const QString &path, const QString &shipped) {
+        const QByteArray content = PageFixture::read(data + shipped);
+        const QString target = machine.root() + path;
+        if (content.isEmpty() || !QDir().mkpath(QFileInfo(target).path())) {
+            return false;
+        }
+        PageFixture::write(target, content);
+        return true;
+    };
+    return put(SystemPaths::mainConfiguration(), QStringLiteral("/syslog-ng/mod-nivra.conf"))
+        && put(SystemPaths::rotationFile(), QStringLiteral("/logrotate/syslog-ng-mod-nivra"));
+}
 
 CommonSettingsWindow &SettingsWindow::of(const AdminEventsModule &page)
 {

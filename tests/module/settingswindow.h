@@ -15,6 +15,8 @@ class PageFixture;
 /// Steps in the window of the common settings, as the page opens it.
 namespace SettingsWindow {
 [[nodiscard]] CommonSettingsWindow &of(const AdminEventsModule &page);
+/// Gives a fixture the files that the window edits, as they are shipped. @return whether they are there
+[[nodiscard]] bool putShippedFiles(const PageFixture &machine, const QString &data);
 /// Clicks the page's button and turns to a tab.
 void open(const AdminEventsModule &page, const char *tab);
 void clickOk(const AdminEventsModule &page);
