@@ -46,19 +46,29 @@ EventTreeItem *EventLookup::findEvent(const EventTreeItem &root, const QString &
     return nullptr;
 }
 
-QHash<QString, EventTreeItem *> EventLookup::eventsById(const EventTreeItem &root)
+QVector<EventTreeItem *> EventLookup::events(const EventTreeItem &root)
 {
-    QHash<QString, EventTreeItem *> events;
+    QVector<EventTreeItem *> events;
     for (int row = 0; row < root.childCount(); ++row) {
         const EventTreeItem *group = root.eventChild(row);
         for (int eventRow = 0; eventRow < group->childCount(); ++eventRow) {
             EventTreeItem *event = group->eventChild(eventRow);
             if (event->kind == EventTreeItem::Event) {
-                events.insert(event->nativeName, event);
+                events.append(event);
             }
         }
     }
     return events;
+}
+
+QHash<QString, EventTreeItem *> EventLookup::eventsById(const EventTreeItem &root)
+{
+    QHash<QString, EventTreeItem *> byId;
+    const QVector<EventTreeItem *> inOrder = events(root);
+    for (EventTreeItem *event : inOrder) {
+        byId.insert(event->nativeName, event);
+    }
+    return byId;
 }
 
 bool EventLookup::hasCheckableChild(const EventTreeItem &item)

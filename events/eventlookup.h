@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QString>
+#include <QVector>
 
 class EventTreeItem;
 
@@ -20,6 +21,8 @@ namespace EventLookup {
 [[nodiscard]] EventTreeItem *findMessageParameter(const EventTreeItem &event, const QString &name);
 /// The event of that identifier, null when the tree has none.
 [[nodiscard]] EventTreeItem *findEvent(const EventTreeItem &root, const QString &id);
+/// All events of the tree, in its order.
+[[nodiscard]] QVector<EventTreeItem *> events(const EventTreeItem &root);
 /// All events of the tree by identifier.
 [[nodiscard]] QHash<QString, EventTreeItem *> eventsById(const EventTreeItem &root);
 /// True when at least one direct child shows a check box.

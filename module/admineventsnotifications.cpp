@@ -211,7 +211,7 @@ bool AdminEventsModule::isNotificationDialogFree()
 void AdminEventsModule::notificationSettingsFromViewer(const QString &second, const QString &first)
 {
     // The viewer names an event by its identifiers or its name.
-    const QList<EventTreeItem *> events = EventLookup::eventsById(*m_workingModel->rootItem()).values();
+    const QVector<EventTreeItem *> events = EventLookup::events(*m_workingModel->rootItem());
     for (EventTreeItem *event : events) {
         const QString messageId = EventMessage::id(*event);
         const QStringList names{event->nativeName, event->localizedName, messageId};

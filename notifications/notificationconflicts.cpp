@@ -9,12 +9,12 @@
 #include <eventlookup.h>
 #include <eventtreeitem.h>
 
-#include <QMultiHash>
+#include <QSet>
 
 const EventTreeItem *NotificationConflicts::rivalOf(const EventTreeItem &root, const EventTreeItem &event)
 {
     const QString id = EventMessage::id(event);
-    const QList<EventTreeItem *> events = EventLookup::eventsById(root).values();
+    const QVector<EventTreeItem *> events = EventLookup::events(root);
     for (const EventTreeItem *other : events) {
         if (other == &event || !other->isNotificationOn()) {
             continue;
@@ -30,29 +30,21 @@ const EventTreeItem *NotificationConflicts::rivalOf(const EventTreeItem &root, c
 
 QStringList NotificationConflicts::settle(const EventTreeItem &root, const NotificationStore &store)
 {
-    QMultiHash<QString, EventTreeItem *> sharing;
-    const QHash<QString, EventTreeItem *> events = EventLookup::eventsById(root);
-    for (EventTreeItem *event : events) {
-        if (event->isNotificationOn()) {
-            sharing.insert(NotificationName::canonical(EventMessage::id(*event)), event);
+    const QVector<EventTreeItem *> events = EventLookup::events(root);
+    QSet<QString> owned; // fragments that name an event whose notifications are on
+    for (const EventTreeItem *event : events) {
+        const QString id = EventMessage::id(*event);
+        if (event->isNotificationOn() && store.owner(id) == id) {
+            owned.insert(NotificationName::canonical(id));
         }
     }
     QStringList switchedOff;
-    const QStringList keys = sharing.uniqueKeys();
-    for (const QString &key : keys) {
-        const QList<EventTreeItem *> rivals = sharing.values(key);
-        const QString owner = store.owner(key);
-        const bool ownerIsHere
-            = std::any_of(rivals.begin(), rivals.end(),
-                          [&owner](const EventTreeItem *event) { return EventMessage::id(*event) == owner; });
-        if (rivals.size() < 2 || !ownerIsHere) {
-            continue;
-        }
-        for (EventTreeItem *event : rivals) {
-            if (EventMessage::id(*event) != owner) {
-                event->notificationState = EventTreeItem::NotificationOff;
-                switchedOff << event->data(0).toString();
-            }
+    for (EventTreeItem *event : events) {
+        const QString id = EventMessage::id(*event);
+        if (event->isNotificationOn() && store.owner(id) != id
+            && owned.contains(NotificationName::canonical(id))) {
+            event->notificationState = EventTreeItem::NotificationOff;
+            switchedOff << event->data(0).toString();
         }
     }
     return switchedOff;

@@ -13,18 +13,13 @@ class NotificationStore;
  */
 namespace NotificationConflicts {
 
-/// The event's message identifier; empty when it has none.
-[[nodiscard]] QString messageId(const EventTreeItem &event);
-/// The event's message type; empty when it has none.
-[[nodiscard]] QString messageType(const EventTreeItem &event);
-
 /// Another event of the tree whose notifications are on and would be overwritten; null when there is none.
 [[nodiscard]] const EventTreeItem *rivalOf(const EventTreeItem &root, const EventTreeItem &event);
 
 /**
  * Where several events share a fragment on disk, leaves the notifications on for the one that the fragment
  * names. Does nothing where it names none of them.
- * @return the shown names of the events switched off, empty in the ordinary case
+ * @return the shown names of the events switched off, in tree order; empty in the ordinary case
  */
 QStringList settle(const EventTreeItem &root, const NotificationStore &store);
 

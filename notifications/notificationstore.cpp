@@ -85,7 +85,7 @@ void NotificationStore::drop(const QString &messageId)
 QMap<QString, QString> NotificationStore::toWrite(const EventTreeItem &root) const
 {
     QMap<QString, QString> texts;
-    const QList<EventTreeItem *> events = EventLookup::eventsById(root).values();
+    const QVector<EventTreeItem *> events = EventLookup::events(root);
     for (const EventTreeItem *event : events) {
         const QString id = EventMessage::id(*event);
         if (!id.isEmpty() && event->isNotificationOn() && isPending(id)) {
@@ -101,7 +101,7 @@ QStringList NotificationStore::toRemove(const EventTreeItem &root) const
 {
     QSet<QString> off;
     QSet<QString> on;
-    const QList<EventTreeItem *> events = EventLookup::eventsById(root).values();
+    const QVector<EventTreeItem *> events = EventLookup::events(root);
     for (const EventTreeItem *event : events) {
         const QString id = NotificationName::canonical(EventMessage::id(*event));
         (event->isNotificationOn() ? on : off).insert(id);

@@ -38,6 +38,7 @@ private Q_SLOTS:
     void whoHasNoSettingsOfHisOwnSeesTheSystems();
     void theRepetitionIsAnEditOfThePage();
     void theViewerOpensTheSettingsOfItsEvent();
+    void ofTwoEventsThatTheViewerNamesTheUpperOneIsShown();
     void theSelectionNamesItsMessage();
 };
 
@@ -346,6 +347,18 @@ void NotificationPageTest::theViewerOpensTheSettingsOfItsEvent()
     QCOMPARE(dialog(*off)->dialogType(), NotificationsDialogType::New);
     dialog(*off)->reject();
     QVERIFY(off->compareModels());
+}
+
+void NotificationPageTest::ofTwoEventsThatTheViewerNamesTheUpperOneIsShown()
+{
+    const auto page = m_machine.openPage(
+        {QStringLiteral("event user-login"), QStringLiteral("event plainword"), QStringLiteral("more")});
+    QVERIFY(page);
+    QTRY_VERIFY(dialog(*page)->isVisible());
+    QCOMPARE(dialog(*page)->event(), eventOf(*page, QStringLiteral("event plainword")));
+    QVERIFY(eventOf(*page, QStringLiteral("event plainword"))->row()
+            < eventOf(*page, QStringLiteral("event user-login"))->row());
+    dialog(*page)->reject();
 }
 
 void NotificationPageTest::theSelectionNamesItsMessage()

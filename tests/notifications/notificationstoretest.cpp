@@ -240,10 +240,13 @@ void NotificationStoreTest::knowsRivals()
 void NotificationStoreTest::aSharedFragmentBelongsToTheEventThatItNames()
 {
     m_machine.write(m_machine.fragment("mod-nivra-a_b.conf"), "\tpersist-name(\"a-b\")\n");
+    m_machine.write(m_machine.fragment("mod-nivra-c_d.conf"), "\tpersist-name(\"c_d\")\n");
     NotificationStore store;
     store.readFromDisk();
-    const auto root = makeTree({{id("a_b"), on}, {id("a-b"), on}, {id("x"), on}});
-    QCOMPARE(NotificationConflicts::settle(*root, store), QStringList{QStringLiteral("Event a_b")});
+    const auto root
+        = makeTree({{id("c-d"), on}, {id("a_b"), on}, {id("a-b"), on}, {id("c_d"), on}, {id("x"), on}});
+    QCOMPARE(NotificationConflicts::settle(*root, store),
+             QStringList({QStringLiteral("Event c-d"), QStringLiteral("Event a_b")}));
     QVERIFY(eventOf(*root, "a-b")->isNotificationOn());
     QVERIFY(!eventOf(*root, "a_b")->isNotificationOn());
     QVERIFY(eventOf(*root, "x")->isNotificationOn());
