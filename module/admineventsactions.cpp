@@ -68,7 +68,6 @@ void AdminEventsModule::editEvent(const QModelIndex &index)
     if (!index.isValid() || index.column() != valueColumn) {
         return;
     }
-    m_editedNode = NodeAddress(*itemAt(index));
     editWatched(index);
     editAudited(index);
 }

@@ -222,7 +222,6 @@ private:
     NodeAddress m_editedList; // what the files dialog edits
     NodeAddress m_editedDirectories;
     NodeAddress m_editedSubjects; // what the audit dialog edits
-    NodeAddress m_editedNode; // what the open dialog edits
     QStringList m_users; // the system's, as last loaded
     QStringList m_groups;
     QByteArray m_loadedSettings; // hash of the settings file as loaded

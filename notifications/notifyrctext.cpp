@@ -73,9 +73,8 @@ QByteArray NotifyrcText::withGroup(const QByteArray &text, const QString &key, c
     bool inside = false;
     bool placed = false;
     QList<QByteArray> lines = text.split('\n');
-    const bool endsInside = !lines.last().isEmpty(); // the last line lacks its line break
-    if (!endsInside) {
-        lines.removeLast();
+    if (lines.last().isEmpty()) {
+        lines.removeLast(); // what follows the last line break is no line
     }
     for (const QByteArray &line : qAsConst(lines)) {
         if (opensGroup(line)) {
