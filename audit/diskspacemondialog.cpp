@@ -5,8 +5,9 @@
 
 #include "disklimitdelegate.h"
 #include "disklimitsmodel.h"
-#include "plainmessage.h"
 #include "ui_diskspacemondialog.h"
+
+#include <plainmessage.h>
 
 #include <KLocalizedString>
 

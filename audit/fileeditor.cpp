@@ -3,8 +3,9 @@
 
 #include "fileeditor.h"
 
-#include "plainmessage.h"
 #include "ui_fileeditor.h"
+
+#include <plainmessage.h>
 
 #include <KLocalizedString>
 

@@ -3,9 +3,9 @@
 
 #include "filesdialog.h"
 
-#include "plainmessage.h"
 #include "ui_filesdialog.h"
 
+#include <plainmessage.h>
 #include <watchedpaths.h>
 
 #include <KLocalizedString>

@@ -11,6 +11,7 @@
 #include "ui_logrotationsettings.h"
 
 #include <configaccessservice.h>
+#include <plainmessage.h>
 #include <systempaths.h>
 #include <treeitem.h>
 
@@ -50,7 +51,6 @@ LogRotationSettings::LogRotationSettings(ConfigAccessService &service, QWidget *
 {
     m_ui->setupUi(this);
     m_messageBar->setObjectName(QStringLiteral("rotationMessageBar"));
-    m_messageBar->setMessageType(KMessageWidget::Error);
     m_messageBar->setWordWrap(true);
     m_messageBar->setCloseButtonVisible(false);
     m_messageBar->hide();
@@ -143,11 +143,12 @@ void LogRotationSettings::showTerms(const RotationTerms &terms)
 
 void LogRotationSettings::showError()
 {
-    // What is shown comes from a file: never to be taken for markup.
-    const QString text = i18n("The rotation settings cannot be edited here. %1", m_error).toHtmlEscaped();
-    m_messageBar->setText(
-        QStringLiteral("<qt>%1</qt>").arg(QString(text).replace(QLatin1Char('\n'), QLatin1String("<br/>"))));
-    m_messageBar->setVisible(!m_error.isEmpty());
+    if (m_error.isEmpty()) {
+        m_messageBar->hide();
+        return;
+    }
+    const QString text = i18n("The rotation settings cannot be edited here. %1", m_error);
+    PlainMessage::show(m_messageBar, KMessageWidget::Error, text.split(QLatin1Char('\n')));
 }
 
 void LogRotationSettings::updateNotes()

@@ -8,6 +8,7 @@
 #include <checkstates.h>
 #include <eventlookup.h>
 #include <eventtreeitem.h>
+#include <plainmessage.h>
 
 #include <KLocalizedString>
 #include <KMessageWidget>
@@ -122,9 +123,7 @@ void DBusDialog::connectWidgets()
 
 void DBusDialog::say(const QString &text, bool isError) const
 {
-    m_message->setMessageType(isError ? KMessageWidget::Error : KMessageWidget::Warning);
-    m_message->setText(text.toHtmlEscaped());
-    m_message->show();
+    PlainMessage::show(m_message, isError ? KMessageWidget::Error : KMessageWidget::Warning, {text});
 }
 
 void DBusDialog::enableSoundElements() const
