@@ -10,7 +10,6 @@
 
 #include <QCoreApplication>
 #include <QDBusError>
-#include <QTimer>
 
 #include <unistd.h>
 
@@ -27,6 +26,8 @@ constexpr qint64 floodSpanMs = 10000;
 constexpr int logFloodLimit = 200;
 // Nobody can acknowledge what only sounds.
 constexpr int unseenRepeats = 10;
+// What has been switched off goes that soon, however long its interval.
+constexpr int lookoutMs = 5000;
 
 QString service()
 {
@@ -60,6 +61,8 @@ EventWatcher::EventWatcher(const QString &settingsFile, QObject *parent)
     , m_logGuard(logFloodLimit, floodSpanMs)
 {
     connect(&m_popups, &Popups::acknowledged, this, &EventWatcher::endRepetition);
+    m_lookout.setInterval(lookoutMs);
+    connect(&m_lookout, &QTimer::timeout, this, [this] { followSettings(); });
 }
 
 EventWatcher::~EventWatcher() = default;
@@ -93,6 +96,7 @@ void EventWatcher::reparse(const QString &component)
 {
     if (component.isEmpty() || component.startsWith(QLatin1String("nivra-event-watcher"))) {
         m_settings.reparse();
+        followSettings();
     }
 }
 
@@ -147,6 +151,7 @@ void EventWatcher::beginRepetition(const Event &event, const Presentation &prese
         repetition = new Repetition(this);
         m_repetitions.insert(event.key, repetition);
         connect(repetition, &QTimer::timeout, this, [this, key = event.key] { repeat(key); });
+        m_lookout.start();
     }
     repetition->event = event;
     repetition->presentation = presentation;
@@ -160,22 +165,42 @@ void EventWatcher::beginRepetition(const Event &event, const Presentation &prese
 
 void EventWatcher::repeat(const QString &key)
 {
+    if (!followSettings(key)) {
+        return;
+    }
     Repetition *repetition = m_repetitions.value(key);
-    if (repetition == nullptr) {
-        return;
-    }
-    // The administrator may have changed his mind since the event.
-    const int seconds = m_repetition.interval(key);
-    if (seconds == 0) {
-        endRepetition(key);
-        return;
-    }
-    repetition->setInterval(seconds * 1000);
+    repetition->setInterval(m_repetition.interval(key) * 1000);
     play(repetition->presentation);
     if (repetition->presentation.popup) {
         m_popups.showAgain(repetition->event);
     } else if (--repetition->left <= 0) {
         endRepetition(key);
+    }
+}
+
+// The administrator or the user may have changed his mind since the event.
+bool EventWatcher::followSettings(const QString &key)
+{
+    Repetition *repetition = m_repetitions.value(key);
+    const std::optional<Presentation> presentation = m_settings.find(key);
+    const bool goesOn = repetition != nullptr && m_repetition.interval(key) > 0 && presentation
+        && (presentation->popup || presentation->sound);
+    if (!goesOn || !presentation->popup) {
+        m_popups.takeDown(key);
+    }
+    if (goesOn) {
+        repetition->presentation = *presentation;
+    } else {
+        endRepetition(key);
+    }
+    return goesOn;
+}
+
+void EventWatcher::followSettings()
+{
+    const QStringList keys = m_repetitions.keys();
+    for (const QString &key : keys) {
+        followSettings(key);
     }
 }
 
@@ -185,6 +210,9 @@ void EventWatcher::endRepetition(const QString &key)
         repetition->stop();
         // It may be in its own signal.
         repetition->deleteLater();
+    }
+    if (m_repetitions.isEmpty()) {
+        m_lookout.stop();
     }
 }
 

@@ -13,6 +13,7 @@
 #include <QHash>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 
 namespace NivraWatcher {
 
@@ -50,6 +51,9 @@ private:
     void present(const Event &event);
     void beginRepetition(const Event &event, const Presentation &presentation, int seconds);
     void repeat(const QString &key);
+    /** Has a repetition follow the settings of now. @return false when they have ended it. */
+    bool followSettings(const QString &key);
+    void followSettings();
     void endRepetition(const QString &key);
     void play(const Presentation &presentation);
 
@@ -61,6 +65,7 @@ private:
     FloodGuard m_commandGuard;
     FloodGuard m_logGuard;
     QHash<QString, Repetition *> m_repetitions; ///< by notification key
+    QTimer m_lookout; ///< while something is repeated, for changes of the settings
 };
 
 } // namespace NivraWatcher

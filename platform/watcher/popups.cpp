@@ -37,10 +37,7 @@ void Popups::show(const Event &event)
 
 void Popups::showAgain(const Event &event)
 {
-    if (KNotification *former = m_repeated.value(event.key)) {
-        former->disconnect(this);
-        former->close();
-    }
+    takeDown(event.key);
     KNotification *popup = make(event, true);
     m_repeated.insert(event.key, popup);
     popup->setActions({i18n("Stop Repeating")});
@@ -51,6 +48,14 @@ void Popups::showAgain(const Event &event)
     connect(popup, &KNotification::action1Activated, this, acknowledge);
     connect(popup, &KNotification::closed, this, acknowledge);
     popup->sendEvent();
+}
+
+void Popups::takeDown(const QString &key)
+{
+    if (KNotification *popup = m_repeated.take(key)) {
+        popup->disconnect(this);
+        popup->close();
+    }
 }
 
 } // namespace NivraWatcher

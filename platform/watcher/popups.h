@@ -24,6 +24,8 @@ public:
     void show(const Event &event);
     /** Shows an event, instead of the last time, in a popup that stays and offers to end the repetition. */
     void showAgain(const Event &event);
+    /** Closes the repeated popup of that event, if there is one; this is no acknowledgement. */
+    void takeDown(const QString &key);
 
 Q_SIGNALS:
     /** The user has closed the repeated popup of that event, or asked for no more of them. */

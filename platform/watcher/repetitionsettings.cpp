@@ -5,6 +5,7 @@
 #include <nivraevents.h>
 #include <notificationkey.h>
 
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -46,6 +47,7 @@ int intervalOf(const QJsonObject &event, const QJsonObject &overridden)
 
 RepetitionSettings::RepetitionSettings(const QString &settingsFile)
     : m_settingsFile(settingsFile)
+    , m_fragments(QFileInfo(settingsFile).path() + QLatin1String("/syslog-ng/conf.d"))
 {
 }
 
@@ -57,13 +59,20 @@ int RepetitionSettings::interval(const QString &key)
         m_size = file.size();
         load();
     }
-    return m_intervals.value(key);
+    const auto found = m_repetitions.constFind(key);
+    return found == m_repetitions.cend() || isSwitchedOff(*found) ? 0 : found->interval;
+}
+
+bool RepetitionSettings::isSwitchedOff(const Repetition &repetition) const
+{
+    const QFileInfo directory(m_fragments);
+    return directory.isDir() && directory.isExecutable() && !QFile::exists(repetition.fragment);
 }
 
 void RepetitionSettings::load()
 {
     m_loaded = true;
-    m_intervals.clear();
+    m_repetitions.clear();
     if (nvev_init() < 0) {
         qWarning("the event catalog cannot be read: no notification is repeated");
         return;
@@ -81,7 +90,10 @@ void RepetitionSettings::load()
                                       .toString();
         const int interval = intervalOf(event, object(nvev_get_override_event_json(ids[i])));
         if (!messageId.isEmpty() && interval > 0) {
-            m_intervals.insert(notificationKey(messageId), interval);
+            const QString name = QString(messageId).replace(QLatin1Char('-'), QLatin1Char('_'));
+            const QString fragment
+                = m_fragments + QLatin1String("/mod-nivra-") + name + QLatin1String(".conf");
+            m_repetitions.insert(notificationKey(messageId), {interval, fragment});
         }
     }
     nvev_free_string_array(ids);

@@ -13,6 +13,10 @@ namespace NivraWatcher {
  * "interval" in seconds) of the event's description in the event catalog, and over it that of the event
  * settings file. Both are read through the catalog library, again whenever the event settings file has
  * changed.
+ *
+ * An event whose notification is switched off is not repeated: beside the event settings file, the directory
+ * "syslog-ng/conf.d" then has no file of the event, which is named "mod-nivra-" and the message identifier,
+ * with "_" for each "-". Where the user may not look into that directory, the settings alone decide.
  */
 class RepetitionSettings
 {
@@ -24,17 +28,25 @@ public:
     /** @param settingsFile the event settings file, whose changes are looked for. */
     explicit RepetitionSettings(const QString &settingsFile);
 
-    /** Seconds from one notification to the next, 0 for no repetition. */
+    /** Seconds from one notification to the next, 0 for no repetition (any more). */
     [[nodiscard]] int interval(const QString &key);
 
 private:
+    struct Repetition
+    {
+        int interval = 0; ///< seconds
+        QString fragment; ///< path of the event's file for the logging service
+    };
+
     void load();
+    [[nodiscard]] bool isSwitchedOff(const Repetition &repetition) const;
 
     QString m_settingsFile;
     QDateTime m_modified;
     qint64 m_size = -1;
     bool m_loaded = false;
-    QHash<QString, int> m_intervals; ///< by notification key
+    QString m_fragments; ///< the directory of the files for the logging service
+    QHash<QString, Repetition> m_repetitions; ///< by notification key
 };
 
 } // namespace NivraWatcher

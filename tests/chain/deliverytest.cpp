@@ -51,6 +51,16 @@ QByteArray record(const QByteArray &id, const QByteArray &user, const QByteArray
         + "\"}},\"ISODATE\":\"2026-03-14T09:26:53+03:00\",\"HOST\":\"debian\",\"FACILITY\":\"user\"}";
 }
 
+/** What the page says to the session once it has saved the settings of the sample events. */
+QDBusMessage settingsHaveChanged()
+{
+    QDBusMessage signal
+        = QDBusMessage::createSignal(QStringLiteral("/Config"), QStringLiteral("org.kde.knotification"),
+                                     QStringLiteral("reparseConfiguration"));
+    signal << QStringLiteral("nivra-event-watcher_samples");
+    return signal;
+}
+
 } // namespace
 
 /** From a record to the session: a real syslog-ng, the python destination, the watcher and a notification
@@ -97,6 +107,8 @@ private Q_SLOTS:
     void theUserWhomTheRecordNamesIsTold();
     void theMessageIsRepeatedUntilTheUserSaysStop();
     void theRepetitionEndsWhenItIsSwitchedOff();
+    void whatIsSwitchedOffIsTakenDownLongBeforeItWouldBeRepeated_data();
+    void whatIsSwitchedOffIsTakenDownLongBeforeItWouldBeRepeated();
     void settingsAreReadAgainWhenTheyAreSaidToHaveChanged();
     void theServiceWaitsForTheBus();
     void theServiceOutlivesTheBus();
@@ -365,6 +377,39 @@ void DeliveryTest::theRepetitionEndsWhenItIsSwitchedOff()
     QCOMPARE(m_server->shown.size(), 1);
 }
 
+void DeliveryTest::whatIsSwitchedOffIsTakenDownLongBeforeItWouldBeRepeated_data()
+{
+    QTest::addColumn<QString>("what");
+    for (const char *what : {"repetition", "notification", "popup"}) {
+        QTest::newRow(what) << QString::fromLatin1(what);
+    }
+}
+
+void DeliveryTest::whatIsSwitchedOffIsTakenDownLongBeforeItWouldBeRepeated()
+{
+    QFETCH(QString, what);
+    const char *const settings = "etc/nivra-syslog.conf";
+    const QByteArray repetition = "{\"first\": {\"notification_repetition\": {\"enabled\": \"";
+    QVERIFY(put(settings, repetition + "1\", \"interval\": \"3600\"}}}"));
+    QVERIFY2(m_sandbox->start(), m_sandbox->output().constData());
+    QVERIFY(startWatcher());
+    QVERIFY(m_sandbox->send(record("first", "ivanov")));
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, 15000);
+    // One look at the settings finds nothing to take down.
+    QTest::qWait(6500);
+    QCOMPARE(m_server->closed, QList<uint>());
+    if (what == QLatin1String("repetition")) {
+        QVERIFY(put(settings, repetition + "0\"}}}"));
+    } else if (what == QLatin1String("notification")) {
+        QVERIFY(QFile::remove(below("etc/syslog-ng/conf.d/mod-nivra-first.conf")));
+    } else {
+        QVERIFY(put("home/.config/nivra-event-watcher_samples.notifyrc", "[Event/first]\nAction=\n"));
+        QVERIFY(bus().send(settingsHaveChanged()));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->closed, QList<uint>{m_server->shown.constFirst().id}, 15000);
+    QCOMPARE(m_server->shown.size(), 1);
+}
+
 void DeliveryTest::settingsAreReadAgainWhenTheyAreSaidToHaveChanged()
 {
     QVERIFY2(m_sandbox->start(), m_sandbox->output().constData());
@@ -373,11 +418,7 @@ void DeliveryTest::settingsAreReadAgainWhenTheyAreSaidToHaveChanged()
     QVERIFY(m_sandbox->send(record("first", "before")));
     QVERIFY(settle());
     QTRY_COMPARE(m_server->shown.size(), 1);
-    QDBusMessage signal
-        = QDBusMessage::createSignal(QStringLiteral("/Config"), QStringLiteral("org.kde.knotification"),
-                                     QStringLiteral("reparseConfiguration"));
-    signal << QStringLiteral("nivra-event-watcher_samples");
-    QVERIFY(bus().send(signal));
+    QVERIFY(bus().send(settingsHaveChanged()));
     // The signal and the records come by different ways; few enough not to be held back as a flood.
     bool isSilent = false;
     for (int i = 0; i < 4 && !isSilent; ++i) {

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void theIntervalComesFromTheCatalogAndItsOverrides();
     void anIntervalOutOfRangeIsBroughtBack();
     void aChangedSettingsFileIsReadAgain();
+    void aNotificationThatIsSwitchedOffIsNotRepeated();
 };
 
 void WatcherSettingsTest::init()
@@ -165,6 +166,18 @@ void WatcherSettingsTest::aChangedSettingsFileIsReadAgain()
     put("etc/nivra-syslog.conf", "{\"on\": {\"notification_repetition\": {\"enabled\": \"0\"}}}");
     QCOMPARE(settings.interval(QStringLiteral("idOfOn")), 0);
     QFile::remove(settingsFile());
+    QCOMPARE(settings.interval(QStringLiteral("idOfOn")), 60);
+}
+
+void WatcherSettingsTest::aNotificationThatIsSwitchedOffIsNotRepeated()
+{
+    putEvent("on", ", \"notification_repetition\": {\"enabled\": \"1\", \"interval\": \"60\"}");
+    put("etc/syslog-ng/conf.d/mod-nivra-id_of_on.conf", "# switched on\n");
+    RepetitionSettings settings(settingsFile());
+    QCOMPARE(settings.interval(QStringLiteral("idOfOn")), 60);
+    QVERIFY(QFile::remove(m_root->filePath(QStringLiteral("etc/syslog-ng/conf.d/mod-nivra-id_of_on.conf"))));
+    QCOMPARE(settings.interval(QStringLiteral("idOfOn")), 0);
+    put("etc/syslog-ng/conf.d/mod-nivra-id_of_on.conf", "# and on again\n");
     QCOMPARE(settings.interval(QStringLiteral("idOfOn")), 60);
 }
 
