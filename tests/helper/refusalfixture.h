@@ -85,19 +85,22 @@ public:
                 {"etc/syslog-ng/conf.d/mod-nivra-a_b_c.conf", sampleFragment("Imported")}};
     }
 
+    /** The verbs of the actions that are installed. */
     static QStringList verbs()
     {
-        return {QStringLiteral("writeconfig"),
-                QStringLiteral("exportconfig"),
-                QStringLiteral("importconfig"),
-                QStringLiteral("loggingservicectl"),
-                QStringLiteral("getauditsettings"),
-                QStringLiteral("setauditsettings"),
-                QStringLiteral("writenotificationconfigs"),
-                QStringLiteral("removenotificationconfigs")};
+        const QByteArray start = "[org.nivra.kcm.adminevents.";
+        QStringList verbs;
+        const QList<QByteArray> lines = getFile(QStringLiteral(ACTIONS)).split('\n');
+        for (const QByteArray &line : lines) {
+            if (line.startsWith(start) && line.endsWith(']')) {
+                verbs << QString::fromLatin1(line.mid(start.size()).chopped(1));
+            }
+        }
+        return verbs;
     }
 
-    /** Arguments that are as they should be. @param target for writeconfig. */
+    /** Arguments that are as they should be, none for a verb not known here. @param target for writeconfig.
+     */
     QVariantMap sound(const QString &verb,
                       const QString &target = QStringLiteral("/etc/nivra-syslog.conf")) const
     {
@@ -129,7 +132,10 @@ public:
             return {{QStringLiteral("notifications"),
                      QVariantMap{{fragment, QString::fromUtf8(sampleFragment("Other title"))}}}};
         }
-        return {{QStringLiteral("paths"), QStringList{fragment}}};
+        if (verb == QLatin1String("removenotificationconfigs")) {
+            return {{QStringLiteral("paths"), QStringList{fragment}}};
+        }
+        return {};
     }
 
     static QByteArray contentFor(const QString &target)

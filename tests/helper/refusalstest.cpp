@@ -79,13 +79,14 @@ private Q_SLOTS:
     void refusesNotifications() { refusesArguments(); }
     void refusesAuditSettings_data();
     void refusesAuditSettings() { refusesArguments(); }
+    void everyArgumentOfEveryVerbWasTried();
 
 private:
     static void addColumns();
-    void addRow(const QString &tag, const QString &verb, const QVariantMap &arguments,
-                const QString &named) const;
+    void addRow(const QString &tag, const QString &verb, const QVariantMap &arguments, const QString &named);
 
     RefusalFixture m_fixture;
+    QMap<QString, int> m_tried; ///< by verb and argument: values of the right type that are not sound
     int m_count = 0;
 };
 
@@ -111,6 +112,7 @@ void RefusalsTest::grantsWhatIsSound_data()
 void RefusalsTest::grantsWhatIsSound()
 {
     QFETCH(QString, verb);
+    QVERIFY2(!m_fixture.sound(verb).isEmpty(), "no sound request is known");
     QVERIFY(m_fixture.reset());
     const TreeSnapshot before = m_fixture.snapshot();
     const HelperAnswer answer = requestHelper(verb, m_fixture.sound(verb));
@@ -128,8 +130,15 @@ void RefusalsTest::addColumns()
 }
 
 void RefusalsTest::addRow(const QString &tag, const QString &verb, const QVariantMap &arguments,
-                          const QString &named) const
+                          const QString &named)
 {
+    const QVariantMap sound = m_fixture.sound(verb);
+    for (auto it = sound.cbegin(); it != sound.cend(); ++it) {
+        const QVariant value = arguments.value(it.key());
+        if (value.userType() == it->userType() && value != *it) {
+            ++m_tried[verb + QLatin1Char(' ') + it.key()];
+        }
+    }
     QTest::newRow(qPrintable(verb + QLatin1String(": ") + tag)) << verb << arguments << named;
 }
 
@@ -384,6 +393,24 @@ void RefusalsTest::refusesAuditSettings_data()
         addRow(QStringLiteral("value %1").arg(value), set,
                changed(m_fixture.sound(set), QStringLiteral("root/open"), value),
                quoted(QString::number(value)));
+    }
+}
+
+/** What the tables above have for each argument, beside those of the wrong type: a new verb has none. */
+void RefusalsTest::everyArgumentOfEveryVerbWasTried()
+{
+    if (m_tried.isEmpty()) {
+        QSKIP("counts the rows of the other functions");
+    }
+    const QStringList verbs = RefusalFixture::verbs();
+    QVERIFY(verbs.size() > 1);
+    for (const QString &verb : verbs) {
+        const QStringList keys = m_fixture.sound(verb).keys();
+        QVERIFY2(!keys.isEmpty(), qPrintable(verb));
+        for (const QString &key : keys) {
+            QVERIFY2(m_tried.value(verb + QLatin1Char(' ') + key) > 1,
+                     qPrintable(verb + QLatin1Char(' ') + key));
+        }
     }
 }
 

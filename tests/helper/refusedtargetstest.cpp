@@ -79,6 +79,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void init();
 
+    void everyVerbThatUsesFilesIsTried();
     void refusesWhatIsNoRegularFile_data();
     void refusesWhatIsNoRegularFile();
     void refusesWhatStandsInForAParent_data();
@@ -135,6 +136,18 @@ void RefusedTargetsTest::expectRefusal(const QString &verb, const QVariantMap &a
     QVERIFY2(answer.text.contains(reason), qPrintable(answer.text));
     QCOMPARE(m_fixture.snapshot(), before);
     ++m_count;
+}
+
+void RefusedTargetsTest::everyVerbThatUsesFilesIsTried()
+{
+    // These have functions of their own below, but for the last, which opens no file.
+    QSet<QString> tried{QStringLiteral("exportconfig"), QStringLiteral("getauditsettings"),
+                        QStringLiteral("loggingservicectl")};
+    for (const auto &[verb, path] : writers()) {
+        tried << verb;
+    }
+    const QStringList verbs = RefusalFixture::verbs();
+    QCOMPARE(tried, QSet<QString>(verbs.cbegin(), verbs.cend()));
 }
 
 void RefusedTargetsTest::refusesWhatIsNoRegularFile_data()
