@@ -68,8 +68,10 @@ Result<BackupStore> BackupStore::open(const SafeDirectory &root)
         return isPrivate;
     }
     if (::flock(current.value().descriptor(), LOCK_EX | LOCK_NB) != 0) {
-        return Outcome::failure(
-            i18n("Another change of the configuration is being written; try again later."));
+        return Outcome::failure(errno == EWOULDBLOCK ? i18n(
+                                    "Another change of the configuration is being written; try again later.")
+                                                     : i18n("The directory \"%1\" cannot be locked: %2",
+                                                            current.value().path(), systemError(errno)));
     }
     return BackupStore(current.takeValue());
 }

@@ -240,11 +240,17 @@ Result<QStringList> SafeDirectory::entries() const
     }
     const std::unique_ptr<DIR, int (*)(DIR *)> closer(stream, ::closedir);
     QStringList names;
+    // Only this tells the end of the directory from a failure.
+    errno = 0;
     while (const dirent *const entry = ::readdir(stream)) {
         const QString name = QFile::decodeName(entry->d_name);
         if (isPlainName(name)) {
             names << name;
         }
+        errno = 0;
+    }
+    if (errno != 0) {
+        return Outcome::failure(i18n("The directory \"%1\" cannot be read: %2", m_path, systemError(errno)));
     }
     names.sort();
     return names;

@@ -1,15 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "archiveforge.h"
-#include "auditsettingsstore.h"
-#include "backupstore.h"
+#include "changesample.h"
 #include "changingcalls.h"
-#include "configtransfer.h"
-#include "configwriter.h"
-#include "filechanges.h"
-#include "fragmentstore.h"
 #include "notifyrcwork.h"
-#include "transfersample.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -52,20 +45,6 @@ End runAndKill(const std::function<bool()> &action, int step)
     return End::Killed;
 }
 
-/** What no write may lose or mix: everything but the notes of how often somebody wrote. */
-QStringList temporaryFilesBelow(const QString &root)
-{
-    QStringList found;
-    const TreeSnapshot all = takeSnapshot(root);
-    for (auto it = all.cbegin(); it != all.cend(); ++it) {
-        if (it.key().contains(QLatin1String(".adminevents-"))
-            || it.key().endsWith(QLatin1String("pending-changes"))) {
-            found << it.key();
-        }
-    }
-    return found;
-}
-
 } // namespace
 
 /**
@@ -83,52 +62,15 @@ private Q_SLOTS:
     void leavesAUsersOwnFilesOldOrNew();
 
 private:
-    static Outcome carryOut(const QString &verb, const QString &root);
-    static bool prepare(const QString &root);
     void look(const QString &root, const QMap<QString, QByteArray> &before,
               const QMap<QString, QByteArray> &after, bool isOne);
 };
 
-bool KilledAtStepTest::prepare(const QString &root)
-{
-    return TransferSample::fill(root)
-        && putFile(root + QLatin1String("/etc/syslog-ng/conf.d/mod-nivra-other.conf"),
-                   sampleFragmentOf("other"))
-        && putFile(root + QLatin1String("/etc/passwd"), "root:x:0:0::/root:/bin/sh\n")
-        && putFile(root + QLatin1String("/etc/group"), "root:x:0:\n");
-}
-
-Outcome KilledAtStepTest::carryOut(const QString &verb, const QString &root)
-{
-    if (verb == QLatin1String("write")) {
-        return ConfigWriter(root).write({QStringLiteral("/etc/nivra-syslog.conf"), "{\"new\": {}}"});
-    }
-    if (verb == QLatin1String("import")) {
-        const Result<ConfigTransfer::Report> report = ConfigTransfer(root).install(
-            soundArchive({{"etc/nivra-syslog.conf", "{\"new\": {}}"},
-                          {"etc/syslog-ng/conf.d/mod-nivra.conf", "log { };\n"},
-                          {"etc/syslog-ng/conf.d/mod-nivra-new.conf", sampleFragmentOf("new")}}));
-        return report.outcome();
-    }
-    if (verb == QLatin1String("notifications")) {
-        FragmentWriteRequest request;
-        request.fragments.insert(QStringLiteral("mod-nivra-a_b_c.conf"), sampleFragment("New"));
-        request.fragments.insert(QStringLiteral("mod-nivra-new.conf"), sampleFragmentOf("new"));
-        return FragmentStore(root).write(request);
-    }
-    if (verb == QLatin1String("removal")) {
-        return FragmentStore(root).remove(
-            {{QStringLiteral("mod-nivra-a_b_c.conf"), QStringLiteral("mod-nivra-other.conf")}});
-    }
-    return AuditSettingsStore(root).set(
-        {SubjectType::Users, {{{QStringLiteral("root"), QStringLiteral("open")}, 3}}});
-}
-
 void KilledAtStepTest::leavesOldOrNew_data()
 {
-    QTest::addColumn<QString>("verb");
-    for (const char *verb : {"write", "import", "notifications", "removal", "audit settings"}) {
-        QTest::newRow(verb) << QString::fromLatin1(verb);
+    QTest::addColumn<QString>("kind");
+    for (const QString &kind : ChangeSample::kinds()) {
+        QTest::newRow(qPrintable(kind)) << kind;
     }
 }
 
@@ -152,36 +94,35 @@ void KilledAtStepTest::look(const QString &root, const QMap<QString, QByteArray>
 
 void KilledAtStepTest::leavesOldOrNew()
 {
-    QFETCH(QString, verb);
+    QFETCH(QString, kind);
     QTemporaryDir whole;
-    QVERIFY(prepare(whole.path()));
+    QVERIFY(ChangeSample::prepare(whole.path()));
     const QMap<QString, QByteArray> before = TransferSample::contents(whole.path());
-    QVERIFY(carryOut(verb, whole.path()).ok());
+    QVERIFY(ChangeSample::carryOut(kind, whole.path()).ok());
     const QMap<QString, QByteArray> after = TransferSample::contents(whole.path());
     QVERIFY(before != after);
     int halfway = 0;
     for (int step = 1; step < stepLimit; ++step) {
         QTemporaryDir root;
-        QVERIFY(prepare(root.path()));
-        const End end = runAndKill([&] { return carryOut(verb, root.path()).ok(); }, step);
+        QVERIFY(ChangeSample::prepare(root.path()));
+        const End end = runAndKill([&] { return ChangeSample::carryOut(kind, root.path()).ok(); }, step);
         if (end == End::NotTraced && step == 1) {
             QSKIP("this system does not let a process be traced");
         }
         QVERIFY2(end != End::NotTraced, "the program ended in another way");
         look(root.path(), before, after, false);
-        halfway += temporaryFilesBelow(root.path()).isEmpty() ? 0 : 1;
+        halfway += ChangeSample::temporaryFilesBelow(root.path()).isEmpty() ? 0 : 1;
         // The next write of another file.
-        const QString rotation = QStringLiteral("/etc/logrotate.d/syslog-ng-mod-nivra");
-        const Outcome next = ConfigWriter(root.path()).write({rotation, before.value(rotation)});
+        const Outcome next = ChangeSample::carryOutNext(root.path());
         QVERIFY2(next.ok(), qPrintable(next.error()));
         look(root.path(), before, after, true);
-        const QStringList leftovers = temporaryFilesBelow(root.path());
+        const QStringList leftovers = ChangeSample::temporaryFilesBelow(root.path());
         QVERIFY2(leftovers.isEmpty(), qPrintable(leftovers.join(QLatin1Char(' '))));
         if (QTest::currentTestFailed()) {
             QFAIL(qPrintable(QStringLiteral("killed at step %1").arg(step)));
         }
         if (end == End::Done) {
-            qInfo("%s: killed at %d steps, %d of them left something half-written", qPrintable(verb),
+            qInfo("%s: killed at %d steps, %d of them left something half-written", qPrintable(kind),
                   step - 1, halfway);
             QVERIFY(halfway > 0);
             QVERIFY(TransferSample::contents(root.path()) == after);
