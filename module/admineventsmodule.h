@@ -165,6 +165,8 @@ private:
     void notificationAccepted(const QString &messageId, const QStringList &lines);
     void notificationRejected();
     void detachNotificationDialog();
+    /// Whether the notification dialog shows this event; then it is brought to the front.
+    bool isNotificationDialogOf(const EventTreeItem &event);
     [[nodiscard]] bool isNotificationDialogFree();
     void notificationSettingsFromViewer(const QString &second, const QString &first);
     void readNotificationsSettings();

@@ -115,6 +115,9 @@ void AdminEventsModule::switchDbus(EventTreeItem *item, bool on)
 
 void AdminEventsModule::notificationSettings(EventTreeItem *item)
 {
+    if (isNotificationDialogOf(*item)) { // a new notification has nothing to be read yet
+        return;
+    }
     const QString messageId = EventMessage::id(*item);
     const QStringList lines = m_notifications.lines(messageId);
     if (lines.isEmpty()) {
@@ -138,12 +141,10 @@ void AdminEventsModule::setNotificationOn(const QString &eventId, const QString 
     if (!event) {
         return;
     }
-    DBusDialog &dialog = dbusDialog();
-    if (dialog.isVisible() && dialog.event() == event) {
-        dialog.raise();
-        dialog.activateWindow();
+    if (isNotificationDialogOf(*event)) {
         return;
     }
+    DBusDialog &dialog = dbusDialog();
     if (!isNotificationDialogFree()) {
         return;
     }
@@ -192,6 +193,16 @@ void AdminEventsModule::detachNotificationDialog()
         m_dbusDialog->hide();
         (void)m_dbusDialog->setEvent(nullptr);
     }
+}
+
+bool AdminEventsModule::isNotificationDialogOf(const EventTreeItem &event)
+{
+    if (!m_dbusDialog || !m_dbusDialog->isVisible() || m_dbusDialog->event() != &event) {
+        return false;
+    }
+    m_dbusDialog->raise();
+    m_dbusDialog->activateWindow();
+    return true;
 }
 
 bool AdminEventsModule::isNotificationDialogFree()

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void whatIsSetUpSurvivesTheCircle_data();
     void whatIsSetUpSurvivesTheCircle();
     void theLastEditWins();
+    void theSettingsOfANewNotificationAreItsOpenDialog();
     void cancellingANewNotificationSwitchesItOff();
     void cancellingAnEditChangesNothing();
     void switchingOffAndOnAgainStartsAfresh();
@@ -174,6 +175,19 @@ void NotificationPageTest::theLastEditWins()
     page->save();
     const QByteArray text = m_machine.read(fragment(QStringLiteral("log_in_failed")));
     QVERIFY2(text.contains("\"Third\"") && !text.contains("Second"), text.constData());
+}
+
+void NotificationPageTest::theSettingsOfANewNotificationAreItsOpenDialog()
+{
+    const QString id = QStringLiteral("event plainword");
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    page->switchDbus(eventOf(*page, id), true);
+    field<QLineEdit>(*page, "titleLineEdit")->setText(QStringLiteral("Half done"));
+    page->notificationSettings(eventOf(*page, id)); // a message box would wait here for ever
+    QVERIFY(dialog(*page)->isVisible());
+    QCOMPARE(dialog(*page)->dialogType(), NotificationsDialogType::New);
+    QCOMPARE(field<QLineEdit>(*page, "titleLineEdit")->text(), QStringLiteral("Half done"));
 }
 
 void NotificationPageTest::cancellingANewNotificationSwitchesItOff()
