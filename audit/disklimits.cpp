@@ -4,13 +4,12 @@
 #include "disklimits.h"
 
 #include <jsontext.h>
+#include <textcheck.h>
 
 #include <KLocalizedString>
 
 #include <QJsonArray>
 #include <QRegularExpression>
-
-#include <algorithm>
 
 namespace {
 const QLatin1String pathKey("path");
@@ -96,18 +95,14 @@ QStringList DiskLimits::paths(const QVector<DiskLimit> &rows)
 
 QString DiskLimits::pathProblem(const QString &text)
 {
-    const auto isControl = [](QChar c) {
-        return c.category() == QChar::Other_Control || c == QChar::LineSeparator
-            || c == QChar::ParagraphSeparator;
-    };
-    if (std::any_of(text.begin(), text.end(), isControl)) {
+    if (TextCheck::holdsControl(text)) {
         return i18n("The name of the directory cannot be saved: it holds a line break or another control "
                     "character.");
     }
     if (!text.startsWith(QLatin1Char('/'))) {
         return i18n("“%1” is not the absolute path of a directory.", text);
     }
-    if (text.contains(QChar::ReplacementCharacter) || QString::fromUtf8(text.toUtf8()) != text) {
+    if (text.contains(QChar::ReplacementCharacter) || !TextCheck::survivesUtf8(text)) {
         return i18n("The name of the directory “%1” cannot be saved: it is not valid UTF-8.", text);
     }
     return {};

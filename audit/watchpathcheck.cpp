@@ -3,6 +3,8 @@
 
 #include "watchpathcheck.h"
 
+#include <textcheck.h>
+
 #include <KLocalizedString>
 
 #include <QFile>
@@ -14,24 +16,17 @@
 #include <sys/stat.h>
 
 namespace {
-bool isControl(QChar c)
-{
-    return c.category() == QChar::Other_Control || c == QChar::LineSeparator
-        || c == QChar::ParagraphSeparator;
-}
-
 /// The path as it can stand in a message.
 QString shown(QString path)
 {
-    std::replace_if(
-        path.begin(), path.end(), [](QChar c) { return isControl(c); }, QChar(QChar::ReplacementCharacter));
+    std::replace_if(path.begin(), path.end(), TextCheck::isControl, QChar(QChar::ReplacementCharacter));
     return path;
 }
 
 /// Names that are no UTF-8 arrive with replacement characters or halves of pairs.
 bool isText(const QString &path)
 {
-    return !path.contains(QChar::ReplacementCharacter) && QString::fromUtf8(path.toUtf8()) == path;
+    return !path.contains(QChar::ReplacementCharacter) && TextCheck::survivesUtf8(path);
 }
 
 /// The comparison that auditctl(8) would split the path at, empty when there is none.
@@ -58,7 +53,7 @@ int lookUp(const QString &path, bool followLink, bool &isDirectory)
 
 QString WatchPathCheck::problem(const QString &path, Target target)
 {
-    if (std::any_of(path.begin(), path.end(), isControl)) {
+    if (TextCheck::holdsControl(path)) {
         return i18n("“%1” cannot be watched: it holds a line break or another control character.",
                     shown(path));
     }

@@ -6,6 +6,8 @@
 #include "eventtreeitem.h"
 #include "nodedictionary.h"
 
+#include <textcheck.h>
+
 #include <KLocalizedString>
 
 #include <algorithm>
@@ -17,23 +19,12 @@ bool isDecimal(const QString &text)
         return c >= QLatin1Char('0') && c <= QLatin1Char('9');
     });
 }
-
-bool cannotBeSaved(QChar c)
-{
-    return c.category() == QChar::Other_Control || c == QChar::LineSeparator
-        || c == QChar::ParagraphSeparator;
-}
-
-bool hasLoneSurrogate(const QString &text)
-{
-    return QString::fromUtf8(text.toUtf8()) != text;
-}
 } // namespace
 
 QString ValueCheck::problem(const EventTreeItem &item, const QString &text, const NodeDictionary &dictionary)
 {
     const QString name = item.value(0).toString();
-    if (std::any_of(text.begin(), text.end(), cannotBeSaved) || hasLoneSurrogate(text)) {
+    if (TextCheck::holdsControl(text) || !TextCheck::survivesUtf8(text)) {
         return i18n("“%1” cannot hold line breaks or control characters.", name);
     }
     if (item.nativeName == QLatin1String("enabled") && !item.isSubject() && text != QLatin1String("0")

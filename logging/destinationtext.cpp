@@ -7,13 +7,12 @@
 #include "destinationsdictionary.h"
 #include "losscheck.h"
 
+#include <textcheck.h>
 #include <treeitem.h>
 
 #include <KLocalizedString>
 
 #include <QTextCodec>
-
-#include <algorithm>
 
 namespace {
 /// The order of the values of a new destination.
@@ -31,12 +30,6 @@ bool survives(const QVector<QVariant> &values)
     const QString value = DestinationText::value(values);
     return LossCheck::notReadBack(root).isEmpty()
         && DestinationText::firstQuoted(value) == field(values, Address);
-}
-
-bool isControl(QChar character)
-{
-    return character.category() == QChar::Other_Control || character.category() == QChar::Separator_Line
-        || character.category() == QChar::Separator_Paragraph;
 }
 
 /// The character without which the address could be kept; null when it is not one alone.
@@ -131,7 +124,7 @@ QString DestinationText::keepingError(const QVector<QVariant> &values)
     if (address.trimmed().isEmpty()) {
         return i18n("The file path is empty.");
     }
-    if (std::any_of(address.begin(), address.end(), isControl)) {
+    if (TextCheck::holdsControl(address)) {
         return i18n("The file path holds a line break or another control character.");
     }
     if (!QTextCodec::codecForLocale()->canEncode(address)) {

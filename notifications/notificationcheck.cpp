@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "notificationcheck.h"
 
+#include <textcheck.h>
+
 #include <KLocalizedString>
 
 #include <QRegularExpression>
@@ -19,13 +21,9 @@ bool isWordCharacter(QChar c)
         || (c >= QLatin1Char('0') && c <= QLatin1Char('9')) || c == QLatin1Char('_') || c == QLatin1Char('-');
 }
 
-bool holdsControls(const QString &text)
+bool cannotBeWritten(const QString &text)
 {
-    const bool found = std::any_of(text.cbegin(), text.cend(), [](QChar c) {
-        return c.category() == QChar::Other_Control || c == QChar::LineSeparator
-            || c == QChar::ParagraphSeparator;
-    });
-    return found || QString::fromUtf8(text.toUtf8()) != text;
+    return TextCheck::holdsControl(text) || !TextCheck::survivesUtf8(text);
 }
 
 bool holdsAny(const QString &text, const QString &characters)
@@ -65,7 +63,7 @@ QString NotificationCheck::eventProblem(const QString &messageId, const QString 
 
 QString NotificationCheck::titleProblem(const QString &title)
 {
-    if (holdsControls(title)) {
+    if (cannotBeWritten(title)) {
         return i18n("The title cannot hold line breaks or control characters.");
     }
     if (holdsAny(title, QStringLiteral(",\"\\`"))) {
@@ -84,7 +82,7 @@ QString NotificationCheck::titleProblem(const QString &title)
 
 QString NotificationCheck::parameterProblem(const QString &name)
 {
-    if (name.isEmpty() || holdsControls(name) || holdsAny(name, QStringLiteral(",\"\\`"))
+    if (name.isEmpty() || cannotBeWritten(name) || holdsAny(name, QStringLiteral(",\"\\`"))
         || name != name.trimmed()) {
         return i18n("The parameter “%1” cannot be part of a message: its name cannot stand in the "
                     "notification file.",
@@ -95,7 +93,7 @@ QString NotificationCheck::parameterProblem(const QString &name)
 
 QString NotificationCheck::settingProblem(const QString &what, const QString &value)
 {
-    if (holdsControls(value)) {
+    if (cannotBeWritten(value)) {
         return i18n("“%1” cannot hold line breaks, tabs or control characters.", what);
     }
     if (holdsAny(value, QStringLiteral("=\\"))) {

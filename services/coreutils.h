@@ -9,7 +9,7 @@
 
 #include <variant>
 
-/** Functions without a user interface that several rooms share. */
+/** Functions without a user interface that several folders share. */
 namespace Core::Utils {
 
 /**
