@@ -3,18 +3,18 @@
 
 #include "disklimitsmodel.h"
 
+#include <KFormat>
 #include <KLocalizedString>
 
 #include <QColor>
-#include <QLocale>
 
 namespace {
 QString withUnit(int column, const QString &text)
 {
     if (column == DiskLimitsModel::BytesColumn) {
-        const qint64 bytes = text.toLongLong();
+        const double bytes = static_cast<double>(text.toLongLong());
         return i18nc("@item a number of bytes, and the same in a larger unit", "%1 B (%2)", text,
-                     QLocale().formattedDataSize(bytes));
+                     KFormat().formatByteSize(bytes, 2));
     }
     return column == DiskLimitsModel::PercentColumn ? i18nc("@item a percentage", "%1 %", text) : text;
 }
