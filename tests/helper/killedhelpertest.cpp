@@ -74,6 +74,15 @@ private:
     std::thread m_thread;
 };
 
+/** What came of a request whose helper was to be killed in its course. */
+struct Blow
+{
+    bool isFollowed = false;
+    bool hasStruck = false;
+    bool isDone = false; ///< as the requester was told
+    QString error;
+};
+
 /** Asks as the page does. */
 class Page : public AccessService
 {
@@ -106,8 +115,10 @@ private Q_SLOTS:
     void cleanupTestCase();
     void leavesOldOrNewAndSaysSo_data();
     void leavesOldOrNewAndSaysSo();
+    void leavesTheUsersArchiveEmptyOrWhole();
 
 private:
+    Blow requestAndKill(const QString &verb, const QVariantMap &arguments, int step) const;
     QVariantMap argumentsOf(const QString &verb) const;
     bool prepare() const;
     QString temporaryFile() const;
@@ -189,6 +200,25 @@ void KilledHelperTest::leavesOldOrNewAndSaysSo_data()
     }
 }
 
+Blow KilledHelperTest::requestAndKill(const QString &verb, const QVariantMap &arguments, int step) const
+{
+    // It is there before the request, and has made no step of it.
+    (void)requestHelper(verb, {});
+    const auto helper = static_cast<pid_t>(m_bus->helperPid());
+    Blow blow{true, false, false, QStringLiteral("the helper did not start")};
+    if (helper > 0) {
+        Killer killer(helper, step);
+        blow.isFollowed = killer.isFollowing();
+        if (blow.isFollowed) {
+            Page page;
+            blow.isDone = page.ask(verb, arguments);
+            blow.hasStruck = killer.hasStruck();
+            blow.error = page.errorString();
+        }
+    }
+    return blow;
+}
+
 void KilledHelperTest::leavesOldOrNewAndSaysSo()
 {
     QFETCH(QString, verb);
@@ -204,23 +234,13 @@ void KilledHelperTest::leavesOldOrNewAndSaysSo()
                               {QStringLiteral("content"), before.value(rotation)}};
     for (int step = 1; step < stepLimit; ++step) {
         QVERIFY(prepare());
-        // It is there before the request, and has made no step of it.
-        QVERIFY(!requestHelper(verb, {}).ok);
-        const auto helper = static_cast<pid_t>(m_bus->helperPid());
-        QVERIFY(helper > 0);
-        bool struck = false;
-        {
-            Killer killer(helper, step);
-            if (!killer.isFollowing()) {
-                QSKIP("this system does not let a process follow another one");
-            }
-            Page page;
-            const bool done = page.ask(verb, argumentsOf(verb));
-            struck = killer.hasStruck();
-            const bool isNew = TransferSample::contents(m_root.path()) == after;
-            QVERIFY2(done ? isNew : struck, qPrintable(page.errorString()));
-            QVERIFY2(done || page.errorString().contains(verb), qPrintable(page.errorString()));
+        const Blow blow = requestAndKill(verb, argumentsOf(verb), step);
+        if (!blow.isFollowed) {
+            QSKIP("this system does not let a process follow another one");
         }
+        const bool isNew = TransferSample::contents(m_root.path()) == after;
+        QVERIFY2(blow.isDone ? isNew : blow.hasStruck, qPrintable(blow.error));
+        QVERIFY2(blow.isDone || blow.error.contains(verb), qPrintable(blow.error));
         QTRY_COMPARE(m_bus->helperPid(), 0);
         const HelperAnswer next = requestHelper(QStringLiteral("writeconfig"), another);
         QVERIFY2(next.ok, qPrintable(next.text));
@@ -228,9 +248,38 @@ void KilledHelperTest::leavesOldOrNewAndSaysSo()
         QVERIFY2(found == before || found == after,
                  qPrintable(QStringLiteral("killed at step %1, the files are mixed").arg(step)));
         QVERIFY2(temporaryFile().isEmpty(), qPrintable(temporaryFile()));
-        if (!struck) {
+        if (!blow.hasStruck) {
             qInfo("%s: killed at %d steps", qPrintable(verb), step - 1);
             QVERIFY(step > 5 && found == after);
+            return;
+        }
+        ++m_killed;
+    }
+    QFAIL("it does not end");
+}
+
+void KilledHelperTest::leavesTheUsersArchiveEmptyOrWhole()
+{
+    const QString verb = QStringLiteral("exportconfig");
+    const QString archive = m_root.filePath(QStringLiteral("exported.tar.gz"));
+    for (int step = 1; step < stepLimit; ++step) {
+        QVERIFY(prepare());
+        // As the page makes it, to prove that the user may write there.
+        QVERIFY(putFile(archive, ""));
+        const Blow blow = requestAndKill(verb, {{QStringLiteral("output"), archive}}, step);
+        if (!blow.isFollowed) {
+            QSKIP("this system does not let a process follow another one");
+        }
+        QVERIFY2(blow.isDone || (blow.hasStruck && blow.error.contains(verb)), qPrintable(blow.error));
+        QTRY_COMPARE(m_bus->helperPid(), 0);
+        // The user's part is done by another process, which is not killed; a part of an archive is refused.
+        const auto isWhole = [&archive] {
+            return requestHelper(QStringLiteral("importconfig"), {{QStringLiteral("input"), archive}}).ok;
+        };
+        QTRY_VERIFY((!blow.isDone && getFile(archive) == QByteArray("")) || isWhole());
+        if (!blow.hasStruck) {
+            qInfo("%s: killed at %d steps", qPrintable(verb), step - 1);
+            QVERIFY(step > 1);
             return;
         }
         ++m_killed;
