@@ -213,12 +213,15 @@ Outcome ConfigTransfer::carryOut(const ConfigArchive &archive, const SafeDirecto
     }
     bool ownChanged = false;
     Outcome outcome = changes.carryOut(backups.value(), [this, &ownChanges, &ownChanged] {
-        Outcome changed = ownChanges.isEmpty() ? Outcome::success() : m_own->change(ownChanges);
+        if (ownChanges.isEmpty()) {
+            return Outcome::success();
+        }
+        Outcome changed = m_own->change(ownChanges);
         ownChanged = changed.ok();
         return changed;
     });
     if (!outcome && ownChanged) {
-        UserNotifications::Files now = *archive.ownSettings;
+        const UserNotifications::Files &now = *archive.ownSettings;
         if (const Outcome restored = m_own->change(UserNotifications::difference(now, ownFiles)); !restored) {
             logLine(LOG_WARNING, restored.error());
         }
