@@ -3,12 +3,13 @@
 
 #include "archivemessages.h"
 
+#include <guiutils.h>
+
 #include <KLocalizedString>
 #include <KShell>
 
 #include <QDir>
 #include <QFileInfo>
-#include <QMessageBox>
 
 namespace ArchiveMessages {
 QString absolutePath(const QString &path)
@@ -29,10 +30,7 @@ QString pathProblem(const QString &path)
 
 void showError(QWidget *parent, const QString &text)
 {
-    QMessageBox box(QMessageBox::Critical, i18n("Error"), text, QMessageBox::Ok, parent);
-    // Names of the archive's entries may be part of the text: never to be taken for markup.
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    Gui::Utils::showText(parent, QMessageBox::Critical, i18n("Error"), text);
 }
 
 void showFailure(QWidget *parent, const QString &what, const QString &reason)

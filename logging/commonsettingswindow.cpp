@@ -97,7 +97,8 @@ bool CommonSettingsWindow::act()
     if (current == m_ui->exportTab) {
         return m_settingsExporter->exportConfig();
     }
-    if (m_settingsImporter->importConfig()) {
+    const QPointer<CommonSettingsWindow> self(this);
+    if (m_settingsImporter->importConfig() && self) {
         Q_EMIT configurationImported();
     }
     return true;

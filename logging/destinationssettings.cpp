@@ -18,6 +18,7 @@
 #include "ui_destinationssettings.h"
 
 #include <configaccessservice.h>
+#include <guiutils.h>
 #include <systempaths.h>
 #include <treeitem.h>
 
@@ -25,22 +26,12 @@
 
 #include <QAction>
 #include <QHeaderView>
-#include <QMessageBox>
 #include <QPointer>
 
 namespace {
 QString presentPath()
 {
     return SystemPaths::resolve(SystemPaths::mainConfiguration());
-}
-
-/// What files hold is shown as it is, whatever it looks like.
-void showText(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text)
-{
-    const QPointer<QMessageBox> box(new QMessageBox(icon, title, text, QMessageBox::Ok, parent));
-    box->setTextFormat(Qt::PlainText);
-    box->exec();
-    delete box;
 }
 } // namespace
 
@@ -159,7 +150,7 @@ bool DestinationsSettings::mayReplaceFile()
 
 void DestinationsSettings::showError(const QString &text)
 {
-    showText(this, QMessageBox::Critical, i18n("Error"), text);
+    Gui::Utils::showText(this, QMessageBox::Critical, i18n("Error"), text);
 }
 
 void DestinationsSettings::addDestination()
@@ -233,6 +224,6 @@ void DestinationsSettings::openInEditor()
     }
     const QString error = DestinationOpener::open(*block);
     if (!error.isEmpty()) {
-        showText(this, QMessageBox::Information, i18n("Open in editor"), error);
+        Gui::Utils::showText(this, QMessageBox::Information, i18n("Open in editor"), error);
     }
 }

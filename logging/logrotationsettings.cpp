@@ -11,6 +11,7 @@
 #include "ui_logrotationsettings.h"
 
 #include <configaccessservice.h>
+#include <guiutils.h>
 #include <plainmessage.h>
 #include <systempaths.h>
 #include <treeitem.h>
@@ -20,7 +21,7 @@
 #include <KMessageWidget>
 
 #include <QFileInfo>
-#include <QMessageBox>
+#include <QPointer>
 #include <QScopedValueRollback>
 #include <QStorageInfo>
 
@@ -239,29 +240,46 @@ std::unique_ptr<TreeItem> LogRotationSettings::newTree(const RotationScan &scan)
     return root;
 }
 
+QStringList LogRotationSettings::lossesOf(const RotationScan &scan, const TreeItem &section) const
+{
+    QStringList losses = scan.losses + RotationTerms::lostComments(scan, section);
+    const QString before = RotationTerms::deciding(*LogRotateParser::tree(scan)->child(0));
+    const QString after = RotationTerms::deciding(section);
+    if (!m_touched.size && !m_touched.period && before != after) {
+        losses.append(
+            i18n("So far “%1” decides when the log is rotated; from now on “%2” would.", before, after));
+    }
+    return losses;
+}
+
 bool LogRotationSettings::saveConfig()
 {
     if (!m_error.isEmpty() || !(m_touched.number || m_touched.size || m_touched.period)) {
         return true;
     }
-    const RotationScan scan = LogRotateParser(presentFile(), nullptr).scan();
-    const std::unique_ptr<TreeItem> root = newTree(scan);
-    if (!root) {
-        showFailure(RotationTerms::problem(scan));
-        return false;
+    const QPointer<LogRotationSettings> self(this); // the page may be closed while it asks
+    QStringList agreed;
+    for (;;) {
+        const RotationScan scan = LogRotateParser(presentFile(), nullptr).scan();
+        const std::unique_ptr<TreeItem> root = newTree(scan);
+        if (!root) {
+            showFailure(RotationTerms::problem(scan));
+            return false;
+        }
+        const TreeItem &section = *root->child(0);
+        if (RotationTerms::of(section) == RotationTerms::of(*LogRotateParser::tree(scan)->child(0))) {
+            return true;
+        }
+        // Asked again, since the file may change while the user reads what would be lost.
+        const QStringList losses = lossesOf(scan, section);
+        if (losses == agreed) {
+            return write(root.get());
+        }
+        if (!LossQuestion::isAgreed(this, SystemPaths::rotationFile(), losses) || !self) {
+            return false;
+        }
+        agreed = losses;
     }
-    const std::unique_ptr<TreeItem> present = LogRotateParser::tree(scan);
-    if (RotationTerms::of(*root->child(0)) == RotationTerms::of(*present->child(0))) {
-        return true;
-    }
-    QStringList losses = scan.losses + RotationTerms::lostComments(scan, *root->child(0));
-    const QString before = RotationTerms::deciding(*present->child(0));
-    const QString after = RotationTerms::deciding(*root->child(0));
-    if (!m_touched.size && !m_touched.period && before != after) {
-        losses.append(
-            i18n("So far “%1” decides when the log is rotated; from now on “%2” would.", before, after));
-    }
-    return LossQuestion::isAgreed(this, SystemPaths::rotationFile(), losses) && write(root.get());
 }
 
 bool LogRotationSettings::write(TreeItem *root)
@@ -270,12 +288,13 @@ bool LogRotationSettings::write(TreeItem *root)
         showFailure(i18n("What would be written could not be read again."));
         return false;
     }
+    const QPointer<LogRotationSettings> self(this); // the page may be closed while the helper works
     bool written = false;
     {
         const BusyIndicator busy(this);
         written = RotationWriter(m_service, SystemPaths::rotationFile()).writeConfig(root);
     }
-    if (!written) {
+    if (!written && self) {
         showFailure(m_service.errorString());
     }
     return written;
@@ -283,12 +302,9 @@ bool LogRotationSettings::write(TreeItem *root)
 
 void LogRotationSettings::showFailure(const QString &reason)
 {
-    QMessageBox box(
-        QMessageBox::Critical, i18n("Error"),
-        i18n("The rotation settings were not saved in %1.\n%2", SystemPaths::rotationFile(), reason),
-        QMessageBox::Ok, this);
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    Gui::Utils::showText(
+        this, QMessageBox::Critical, i18n("Error"),
+        i18n("The rotation settings were not saved in %1.\n%2", SystemPaths::rotationFile(), reason));
 }
 
 void LogRotationSettings::getLogStatistics()

@@ -62,6 +62,8 @@ private:
     [[nodiscard]] QStringList keptAsTheyAre(const RotationTerms &present) const;
     [[nodiscard]] RotationTerms editedTerms(const RotationTerms &present) const;
     [[nodiscard]] std::unique_ptr<TreeItem> newTree(const RotationScan &scan) const;
+    /// What writing @p section in place of the file's own would lose or alter, a sentence each.
+    [[nodiscard]] QStringList lossesOf(const RotationScan &scan, const TreeItem &section) const;
     [[nodiscard]] bool write(TreeItem *root);
     void showFailure(const QString &reason);
 

@@ -9,11 +9,11 @@
 #include "ui_settingsexporter.h"
 
 #include <configaccessservice.h>
+#include <guiutils.h>
 
 #include <KLocalizedString>
 
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QPointer>
 
 SettingsExporter::SettingsExporter(ConfigAccessService &service, QWidget *parent)
@@ -53,12 +53,15 @@ bool SettingsExporter::exportConfig()
         const BusyIndicator busy(this);
         exported = m_service.exportConfig(path);
     }
+    if (exported) {
+        former.drop();
+    }
     if (!self) {
         return true;
     }
     if (exported) {
-        former.drop();
-        QMessageBox::information(this, i18n("Information"), i18n("Configuration exported successfully"));
+        Gui::Utils::showText(this, QMessageBox::Information, i18n("Information"),
+                             i18n("Configuration exported successfully"));
         return true;
     }
     if (!existed && QFileInfo(path).isFile() && QFileInfo(path).size() == 0) {
@@ -89,12 +92,10 @@ bool SettingsExporter::mayReplace(const QString &path)
     if (!present.isFile() || present.size() == 0) {
         return true;
     }
-    QMessageBox box(QMessageBox::Question, i18n("Replace file"),
-                    i18n("The file %1 already exists. Replace it?", path), QMessageBox::Yes | QMessageBox::No,
-                    this);
-    box.setDefaultButton(QMessageBox::No);
-    box.setTextFormat(Qt::PlainText);
-    return box.exec() == QMessageBox::Yes;
+    return Gui::Utils::showText(this, QMessageBox::Question, i18n("Replace file"),
+                                i18n("The file %1 already exists. Replace it?", path),
+                                QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
+        == QMessageBox::Yes;
 }
 
 void SettingsExporter::clear()

@@ -13,7 +13,6 @@
 
 #include <KLocalizedString>
 
-#include <QMessageBox>
 #include <QPointer>
 
 SettingsImporter::SettingsImporter(ConfigAccessService &service, QWidget *parent)
@@ -54,7 +53,7 @@ bool SettingsImporter::importConfig()
         return false;
     }
     if (mainConfigImportFault()) {
-        QMessageBox::warning(this, i18n("Warning"),
+        Gui::Utils::showText(this, QMessageBox::Warning, i18n("Warning"),
                              i18n("Failed to import /etc/syslog-ng/conf.d/mod-nivra.conf!\n"
                                   "The contents of the file are not compatible with the current version of "
                                   "the event logging subsystem."));

@@ -4,25 +4,34 @@
 
 #include <KLocalizedString>
 
-#include <QMessageBox>
+#include <QPointer>
 
 namespace Gui::Utils {
 
+QMessageBox::StandardButton showText(QWidget *parent, QMessageBox::Icon icon, const QString &title,
+                                     const QString &text, QMessageBox::StandardButtons buttons,
+                                     QMessageBox::StandardButton defaultButton)
+{
+    // On the heap: its parent destroys it when the window is closed under it.
+    const QPointer<QMessageBox> box(new QMessageBox(icon, title, text, buttons, parent));
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(defaultButton);
+    const int answer = box->exec();
+    delete box;
+    return static_cast<QMessageBox::StandardButton>(answer);
+}
+
 bool confirmAboutReboot(const QString &text)
 {
-    return QMessageBox::question(nullptr, i18n("Reboot"),
-                                 QStringLiteral("%1\n%2").arg(text, i18n("Reboot now?")),
-                                 QMessageBox::Yes | QMessageBox::No)
+    return showText(nullptr, QMessageBox::Question, i18n("Reboot"),
+                    QStringLiteral("%1\n%2").arg(text, i18n("Reboot now?")),
+                    QMessageBox::Yes | QMessageBox::No)
         == QMessageBox::Yes;
 }
 
 void confirmAboutBrokenNotifyConfig(QWidget *parent, const QString &name)
 {
-    QMessageBox box(QMessageBox::Warning, i18n("Error"), i18n("Config file for \"%1\" is broken.", name),
-                    QMessageBox::Ok, parent);
-    // The name comes from a file: never to be taken for markup.
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    showText(parent, QMessageBox::Warning, i18n("Error"), i18n("Config file for \"%1\" is broken.", name));
 }
 
 } // namespace Gui::Utils

@@ -2,12 +2,22 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include <QMessageBox>
 #include <QString>
 
 class QWidget;
 
 /** Message boxes that go with saving; each blocks in a nested event loop until it is closed. */
 namespace Gui::Utils {
+
+/**
+ * Shows @p text as it stands, whatever in it looks like markup. @p parent may be destroyed meanwhile.
+ * @return the button that closed the box; NoButton when the box went with its parent.
+ */
+QMessageBox::StandardButton showText(QWidget *parent, QMessageBox::Icon icon, const QString &title,
+                                     const QString &text,
+                                     QMessageBox::StandardButtons buttons = QMessageBox::Ok,
+                                     QMessageBox::StandardButton defaultButton = QMessageBox::NoButton);
 
 /**
  * Shows @p text and asks whether to reboot now.

@@ -22,6 +22,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -307,6 +308,83 @@ private Q_SLOTS:
             QTRY_VERIFY(asked().endsWith(QLatin1String("slow-kept.tar.gz")));
             QTRY_COMPARE(read(archive("slow-kept.tar.gz")), QByteArray("former"));
         }
+    }
+
+    void exportThatSucceedsAfterThePageHasClosedIsNotTakenBack()
+    {
+        write(archive("slow-new.tar.gz"), "former");
+        show("exportTab");
+        fileLine("exportTab")->setText(archive("slow-new.tar.gz"));
+        const BoxAnswerer answerer(QMessageBox::Yes);
+        QTimer::singleShot(200, this, [this] { m_window.reset(); });
+        // Not by the mouse: the button does not outlive the click.
+        QMetaObject::invokeMethod(m_window.get(), &CommonSettingsWindow::accept, Qt::QueuedConnection);
+        QTRY_VERIFY(!m_window);
+        QTRY_COMPARE(QDir(m_bus.root()).entryList({QStringLiteral("slow-new*")}),
+                     QStringList{QStringLiteral("slow-new.tar.gz")});
+        QCOMPARE(read(archive("slow-new.tar.gz")), QByteArray()); // as the helper has left it
+        QCOMPARE(answerer.boxes().size(), 1);
+    }
+
+    void pageMayCloseWhileItsRotationIsWritten()
+    {
+        write(m_bus.root() + SystemPaths::rotationFile(), "/slow-bad {\n\trotate 4\n}\n");
+        show("logRotateTab");
+        editRotation(5);
+        const BoxAnswerer answerer;
+        QTimer::singleShot(200, this, [this] { m_window.reset(); });
+        QMetaObject::invokeMethod(m_window.get(), &CommonSettingsWindow::accept, Qt::QueuedConnection);
+        QTRY_VERIFY(!m_window);
+        QTRY_VERIFY(!QGuiApplication::overrideCursor());
+        QCOMPARE(asked(), QString(QLatin1String("write ") + SystemPaths::rotationFile()));
+        QCOMPARE(answerer.boxes().size(), 0);
+    }
+
+    void pageThatClosesWhileItAsksWritesAndAnnouncesNothing_data()
+    {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("rotation") << "logRotateTab"
+                                  << "";
+        QTest::newRow("export") << "exportTab"
+                                << "";
+        QTest::newRow("import") << "importTab"
+                                << "import kept.tar.gz";
+    }
+
+    void pageThatClosesWhileItAsksWritesAndAnnouncesNothing()
+    {
+        QFETCH(const QString, tab);
+        QFETCH(const QString, expected);
+        write(m_bus.root() + SystemPaths::rotationFile(), "# mine\n/a {\n\trotate 4\n}\n");
+        write(archive("kept.tar.gz"), "former");
+        show(tab.toLatin1().constData());
+        editRotation(5);
+        for (const char *page : {"exportTab", "importTab"}) {
+            fileLine(page)->setText(archive("kept.tar.gz"));
+        }
+        bool announced = false;
+        connect(m_window.get(), &CommonSettingsWindow::configurationImported, this,
+                [&announced] { announced = true; });
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, this, [this] {
+            QWidget *question = QApplication::activeModalWidget();
+            if (question && question != m_window.get() && !QGuiApplication::overrideCursor()) {
+                const QPointer<QWidget> open(question);
+                m_window.reset();
+                if (open) {
+                    open->close(); // the question about the reboot belongs to no window
+                }
+            }
+        });
+        closer.start(20);
+        QMetaObject::invokeMethod(m_window.get(), &CommonSettingsWindow::accept, Qt::QueuedConnection);
+        QTRY_VERIFY(!m_window);
+        QTRY_VERIFY(!QApplication::activeModalWidget());
+        closer.stop();
+        QCOMPARE(asked(), expected);
+        QVERIFY(!announced);
+        QCOMPARE(read(archive("kept.tar.gz")), QByteArray("former"));
     }
 
     void exportThroughALinkIsRefusedBeforeAnythingIsEmptied()

@@ -347,6 +347,34 @@ private Q_SLOTS:
                  QByteArray("/a {\n\tprerotate\n\t\techo 'a b'\n\tendscript\n\tweekly\n\trotate 6\n}\n"));
     }
 
+    void changeByAnotherWhileTheQuestionStandsOpenIsKept_data()
+    {
+        QTest::addColumn<QByteArray>("changed");
+        QTest::addColumn<int>("questions");
+        QTest::addColumn<QByteArray>("written");
+        QTest::newRow("the same losses") << QByteArray("# mine\n/a {\n\trotate 4\n\tcompress\n}\n") << 1
+                                         << QByteArray("/a {\n\tcompress\n\trotate 5\n}\n");
+        QTest::newRow("other losses") << QByteArray("# theirs\n/a {\n\trotate 4\n\tcompress\n}\n") << 2
+                                      << QByteArray("/a {\n\tcompress\n\trotate 5\n}\n");
+        QTest::newRow("no losses") << QByteArray("/a {\n\trotate 4\n\tcompress\n}\n") << 1
+                                   << QByteArray("/a {\n\tcompress\n\trotate 5\n}\n");
+    }
+
+    void changeByAnotherWhileTheQuestionStandsOpenIsKept()
+    {
+        QFETCH(const QByteArray, changed);
+        QFETCH(const int, questions);
+        QFETCH(const QByteArray, written);
+        const auto page = this->page("# mine\n/a {\n\trotate 4\n}\n");
+        number(*page)->setValue(5);
+        const LossAnswerer answerer(true);
+        // Runs first thing in the question's event loop.
+        QTimer::singleShot(0, page.get(), [this, &changed] { write(changed); });
+        QVERIFY(page->saveConfig());
+        QCOMPARE(answerer.lists().size(), questions);
+        QCOMPARE(content(), written);
+    }
+
     void textForACommandIsAskedAboutOnce()
     {
         const auto page = this->page("/a {\n\trotate 5\n\tprerotate\n\t\tcat <<X\na\nX\n\tendscript\n}\n");

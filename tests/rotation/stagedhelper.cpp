@@ -13,7 +13,8 @@
 namespace {
 /**
  * Notes each request in the file that STAGED_HELPER_LOG names, a line each, and answers by the archive's
- * name: "bad..." fails, "fault..." leaves the main configuration out, "slow..." takes its time.
+ * name: "bad..." fails, "fault..." leaves the main configuration out, "slow..." takes its time. A file that
+ * holds "/slow-bad" takes its time and fails.
  */
 class StagedHelper : public QObject
 {
@@ -22,7 +23,9 @@ class StagedHelper : public QObject
 public Q_SLOTS:
     KAuth::ActionReply writeconfig(const QVariantMap &arguments)
     {
-        return answer("write", arguments.value(QStringLiteral("path")).toString());
+        const bool isSlowAndBad
+            = arguments.value(QStringLiteral("content")).toByteArray().contains("/slow-bad");
+        return answer("write", arguments.value(QStringLiteral("path")).toString(), isSlowAndBad);
     }
     KAuth::ActionReply exportconfig(const QVariantMap &arguments)
     {
@@ -34,7 +37,7 @@ public Q_SLOTS:
     }
 
 private:
-    static KAuth::ActionReply answer(const char *verb, const QString &path)
+    static KAuth::ActionReply answer(const char *verb, const QString &path, bool isSlowAndBad = false)
     {
         QFile log(qEnvironmentVariable("STAGED_HELPER_LOG"));
         if (log.open(QIODevice::Append)) {
@@ -42,11 +45,11 @@ private:
             log.close();
         }
         const QString name = QFileInfo(path).fileName();
-        if (name.startsWith(QLatin1String("slow"))) {
+        if (isSlowAndBad || name.startsWith(QLatin1String("slow"))) {
             constexpr int noticeable = 400;
             QThread::msleep(noticeable);
         }
-        if (name.startsWith(QLatin1String("bad"))) {
+        if (isSlowAndBad || name.startsWith(QLatin1String("bad"))) {
             KAuth::ActionReply reply = KAuth::ActionReply::HelperErrorReply(1);
             reply.setErrorDescription(QStringLiteral("<b>staged</b> failure"));
             return reply;

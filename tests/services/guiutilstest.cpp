@@ -7,10 +7,13 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
 #include <functional>
+#include <memory>
 
 class GuiUtilsTest : public QObject
 {
@@ -24,10 +27,11 @@ private:
         QTimer::singleShot(0, this, [this, visit] {
             auto *const box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
             m_seen = box != nullptr;
+            const QPointer<QMessageBox> open(box);
             if (box) {
                 visit(box);
-                if (box->isVisible())
-                    box->close();
+                if (open && open->isVisible())
+                    open->close();
             }
         });
     }
@@ -49,6 +53,22 @@ private Q_SLOTS:
         });
         QVERIFY(Gui::Utils::confirmAboutReboot(QStringLiteral("100%2 sure")));
         QVERIFY(m_seen);
+    }
+
+    void aBoxMayGoWithItsWindow()
+    {
+        auto parent = std::make_unique<QWidget>();
+        whenOpen([&parent](QMessageBox *box) {
+            QCOMPARE(box->textFormat(), Qt::PlainText);
+            QCOMPARE(box->standardButton(box->defaultButton()), QMessageBox::No);
+            parent.reset();
+        });
+        const auto answer = Gui::Utils::showText(parent.get(), QMessageBox::Question, QStringLiteral("Title"),
+                                                 QStringLiteral("<b>text</b>"),
+                                                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+        QVERIFY(m_seen);
+        QVERIFY(!parent);
+        QCOMPARE(answer, QMessageBox::NoButton);
     }
 
     void noMeansNoReboot()
