@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "catalogevents.h"
 
-#include <nivraevents.h>
-
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocale>
@@ -14,24 +11,6 @@ namespace NivraRecorder {
 namespace {
 
 constexpr int valueLimit = 4096;
-
-QJsonObject object(const char *json)
-{
-    return json == nullptr ? QJsonObject() : QJsonDocument::fromJson(json).object();
-}
-
-/** @p changes over @p base, object by object. */
-QJsonObject merged(QJsonObject base, const QJsonObject &changes)
-{
-    for (auto it = changes.begin(); it != changes.end(); ++it) {
-        const QJsonValue former = base.value(it.key());
-        base.insert(it.key(),
-                    former.isObject() && it->isObject()
-                        ? QJsonValue(merged(former.toObject(), it->toObject()))
-                        : QJsonValue(*it));
-    }
-    return base;
-}
 
 bool isOn(const QJsonValue &value)
 {
@@ -99,46 +78,28 @@ QByteArray CatalogEvent::record(const QList<QPair<QString, QString>> &values) co
 }
 
 CatalogEvents::CatalogEvents(const QString &settingsFile)
-    : m_settingsFile(settingsFile)
+    : m_reader(settingsFile)
 {
 }
 
 bool CatalogEvents::refresh()
 {
-    const QFileInfo file(m_settingsFile);
-    if (m_loaded && file.lastModified() == m_modified && file.size() == m_size) {
+    if (!m_reader.hasChanged()) {
         return false;
     }
-    m_modified = file.lastModified();
-    m_size = file.size();
-    m_loaded = true;
-    load();
-    return true;
-}
-
-void CatalogEvents::load()
-{
     m_events.clear();
-    if (nvev_init() < 0) {
-        qWarning("the event catalog cannot be read: no event is recorded");
-        return;
-    }
-    char **ids = nvev_get_event_ids();
-    const uint64_t count = ids == nullptr ? 0 : nvev_events_count();
-    for (uint64_t i = 0; i < count; ++i) {
-        if (ids[i] == nullptr) {
-            continue;
-        }
-        const QJsonObject description
-            = merged(object(nvev_get_event_json(ids[i])), object(nvev_get_override_event_json(ids[i])));
-        const QByteArray group = description.value(QStringLiteral("event-group")).toString().toUtf8();
+    const bool isRead = EventReader::read([this](const QJsonObject &description) {
         if (isOn(description.value(QStringLiteral("enabled")))
             && !messageParameter(description, QStringLiteral("message_id")).toString().isEmpty()) {
-            m_events.append({description, object(nvev_get_group_json(group.constData()))});
+            m_events.append(
+                {description,
+                 EventReader::group(description.value(QStringLiteral("event-group")).toString())});
         }
+    });
+    if (!isRead) {
+        qWarning("the event catalog cannot be read: no event is recorded");
     }
-    nvev_free_string_array(ids);
-    nvev_free();
+    return true;
 }
 
 QStringList CatalogEvents::values(const QJsonValue &value)

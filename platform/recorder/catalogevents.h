@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include <eventreader.h>
+
 #include <QByteArray>
-#include <QDateTime>
 #include <QJsonObject>
 #include <QList>
 #include <QPair>
@@ -51,12 +52,7 @@ public:
     [[nodiscard]] static QStringList parts(const QString &text);
 
 private:
-    void load();
-
-    QString m_settingsFile;
-    QDateTime m_modified;
-    qint64 m_size = -1;
-    bool m_loaded = false;
+    EventReader m_reader;
     QList<CatalogEvent> m_events;
 };
 

@@ -19,10 +19,9 @@ namespace NivraRecorder {
  * Finds out which events of the catalog an event of the audit daemon is, and makes their records.
  *
  * An event of the catalog is meant when each of its "filter-values" about audit records, such as
- * ".auditd.type" or
- * ".auditd.success", is among the values listed for it. A system call must also bear the key of one of the
- * event's audit rules: those of "message-audit-rules", ".auditd.key", or for each operation in
- * "message-audit-events" the key "nivra-subject-" and its name.
+ * ".auditd.type" or ".auditd.success", is among the values listed for it. A system call must also bear the
+ * key of one of the event's audit rules: those of "message-audit-rules", ".auditd.key", or for each operation
+ * in "message-audit-events" the key "nivra-subject-" and its name.
  */
 class EventMatcher
 {

@@ -11,9 +11,12 @@ namespace NivraWatcher::CommandLauncher {
  *
  * The command is split into a program and its arguments by the quoting rules of a shell, but no shell runs:
  * "$", ";" and the like mean themselves. What a record holds reaches the program in its environment only,
- * where nothing reads it as a part of the command: NIVRA_EVENT        notification key NIVRA_EVENT_TITLE
- * title NIVRA_EVENT_TEXT   text NIVRA_EVENT_TIME   time, ISO 8601 NIVRA_EVENT_VALUE_<name>  each value of the
- * text; of the name, other characters than ASCII letters and digits become "_"
+ * where nothing reads it as a part of the command:
+ * - NIVRA_EVENT: the notification key,
+ * - NIVRA_EVENT_TITLE, NIVRA_EVENT_TEXT: what the notification shows,
+ * - NIVRA_EVENT_TIME: ISO 8601,
+ * - NIVRA_EVENT_VALUE_<name>: each value of the text; of the name, other characters than ASCII letters and
+ *   digits become "_".
  * @return empty, or what went wrong.
  */
 [[nodiscard]] QString start(const QString &command, const Event &event);

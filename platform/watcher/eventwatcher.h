@@ -24,8 +24,8 @@ namespace NivraWatcher {
  * It makes itself known on the system bus by a name below "org.nivra.EventWatcher" and takes the signal
  * "Event" of "org.nivra.EventLog" (interface of the same name, path "/org/nivra/EventLog"): notification key,
  * title, icon name, format, names and values. On the session bus, the signal "reparseConfiguration" of
- * "org.kde.knotification" (path
- * "/Config", argument: base name of a settings file) has it read its settings again.
+ * "org.kde.knotification" (path "/Config", argument: base name of a settings file) has it read its settings
+ * again.
  */
 class EventWatcher : public QObject
 {

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include <QDateTime>
+#include <eventreader.h>
+
 #include <QHash>
 #include <QString>
 
@@ -41,10 +42,7 @@ private:
     void load();
     [[nodiscard]] bool isSwitchedOff(const Repetition &repetition) const;
 
-    QString m_settingsFile;
-    QDateTime m_modified;
-    qint64 m_size = -1;
-    bool m_loaded = false;
+    EventReader m_reader;
     QString m_fragments; ///< the directory of the files for the logging service
     QHash<QString, Repetition> m_repetitions; ///< by notification key
 };
