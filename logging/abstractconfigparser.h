@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 class TreeItem;
 
@@ -39,6 +40,9 @@ public:
 
     /// The text that the bytes of a file stand for: UTF-8, up to the first zero byte.
     [[nodiscard]] static QString decode(const QByteArray &bytes);
+    /// What decode() loses of the bytes of a file, a byte order mark aside: sentences for the user,
+    /// translated, with line numbers.
+    [[nodiscard]] static QStringList lostByDecoding(const QByteArray &bytes);
 
 private:
     QString m_configFile;

@@ -5,8 +5,6 @@
 
 #include <treeitem.h>
 
-#include <QTextStream>
-
 namespace {
 bool isWordCharacter(QChar character)
 {
@@ -91,15 +89,4 @@ QStringList CommonWriter::statements(const TreeItem &root)
         texts.append(isDirective ? directive(item) : block(item));
     }
     return texts;
-}
-
-QByteArray CommonWriter::fileContent(const QStringList &statements)
-{
-    QByteArray content;
-    QTextStream stream(&content, QIODevice::WriteOnly);
-    for (const QString &statement : statements) {
-        stream << statement << QLatin1Char('\n');
-    }
-    stream.flush();
-    return content;
 }

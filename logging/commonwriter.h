@@ -30,6 +30,4 @@ public:
 
     /// As createConfig(), for callers that have nothing to write to.
     [[nodiscard]] static QStringList statements(const TreeItem &root);
-    /// The bytes that writing @p statements puts into the file, in the locale's encoding.
-    [[nodiscard]] static QByteArray fileContent(const QStringList &statements);
 };

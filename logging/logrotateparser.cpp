@@ -8,26 +8,6 @@
 #include <KLocalizedString>
 
 namespace {
-/// What decoding has lost already.
-QStringList undecoded(const QByteArray &bytes, const QString &text)
-{
-    QStringList losses;
-    const int zero = bytes.indexOf('\0');
-    const QList<QByteArray> before = (zero < 0 ? bytes : bytes.left(zero)).split('\n');
-    const QStringList after = text.split(QLatin1Char('\n'));
-    for (int i = 0; i < before.size(); ++i) {
-        if (i >= after.size() || after.at(i).toUtf8() != before.at(i)) {
-            losses.append(
-                i18n("Line %1: bytes that are not UTF-8 text would be altered.", QString::number(i + 1)));
-        }
-    }
-    if (zero >= 0) {
-        losses.append(
-            i18n("Line %1: everything from the zero byte on would be lost.", QString::number(before.size())));
-    }
-    return losses;
-}
-
 TreeItem *append(TreeItem *parent, const QVector<QVariant> &data)
 {
     auto *item = new TreeItem(data, parent);
@@ -54,10 +34,9 @@ RotationScan LogRotateParser::scan() const
         scan.error = errorString();
         return scan;
     }
-    const QString text = decode(bytes);
-    scan = scanRotation(text);
+    scan = scanRotation(decode(bytes));
     if (scan.isGood()) {
-        scan.losses = undecoded(bytes, text) + scan.losses;
+        scan.losses = lostByDecoding(bytes) + scan.losses;
     } else {
         setErrorString(configFile() + QLatin1String(": ") + i18n("Bad config file"));
     }

@@ -9,6 +9,7 @@
 #include "maintree.h"
 #include "tokendiff.h"
 
+#include <configaccessservice.h>
 #include <treeitem.h>
 
 #include <KLocalizedString>
@@ -218,29 +219,11 @@ QVector<Finding> TextComparison::findings()
     return m_findings;
 }
 
-QStringList undecodable(const QByteArray &bytes)
-{
-    QStringList findings;
-    const int zero = bytes.indexOf('\0');
-    const QList<QByteArray> lines = bytes.left(zero < 0 ? bytes.size() : zero).split('\n');
-    const QByteArray mark = QByteArrayLiteral("\xef\xbb\xbf");
-    for (int i = 0; i < lines.size(); ++i) {
-        const QByteArray line = i == 0 && lines.first().startsWith(mark) ? lines.first().mid(3) : lines.at(i);
-        if (QString::fromUtf8(line).toUtf8() != line) {
-            findings.append(i18n("Line %1: the bytes that are not UTF-8 would be lost.", i + 1));
-        }
-    }
-    if (zero >= 0) {
-        findings.append(i18n("Line %1: everything from the zero byte to the end of the file would be lost.",
-                             lines.size()));
-    }
-    return findings;
-}
 } // namespace
 
 QStringList LossCheck::lostByRewriting(const QByteArray &present, const QByteArray &loaded)
 {
-    QStringList texts = undecodable(present);
+    QStringList texts = AbstractConfigParser::lostByDecoding(present);
     const QStringList statements = CommonWriter::statements(*MainTree::read(loaded));
     TextComparison comparison(AbstractConfigParser::decode(present), statements.join(QLatin1Char('\n')));
     const QVector<Finding> findings = comparison.findings();
@@ -256,7 +239,7 @@ QStringList LossCheck::notReadBack(const TreeItem &edited)
     QStringList known;
     const QStringList statements = CommonWriter::statements(edited);
     for (int row = 0; row < edited.childCount(); ++row) {
-        const QByteArray bytes = CommonWriter::fileContent({statements.at(row)});
+        const QByteArray bytes = ConfigAccessService::contentOf({statements.at(row)});
         if (AbstractConfigParser::decode(bytes) != statements.at(row) + QLatin1Char('\n')) {
             findings.append(i18n("“%1” holds characters that cannot be written in the character encoding of "
                                  "this session.",

@@ -6,6 +6,7 @@
 #include "commonsettingsparser.h"
 #include "commonwriter.h"
 
+#include <configaccessservice.h>
 #include <treeitem.h>
 
 std::unique_ptr<TreeItem> MainTree::read(const QByteArray &content)
@@ -15,7 +16,7 @@ std::unique_ptr<TreeItem> MainTree::read(const QByteArray &content)
 
 QByteArray MainTree::written(const TreeItem &root)
 {
-    return CommonWriter::fileContent(CommonWriter::statements(root));
+    return ConfigAccessService::contentOf(CommonWriter::statements(root));
 }
 
 bool MainTree::equal(const TreeItem &first, const TreeItem &second)

@@ -6,9 +6,8 @@
 #include "logrotateparser.h"
 #include "rotationkeywords.h"
 
+#include <configaccessservice.h>
 #include <treeitem.h>
-
-#include <QTextStream>
 
 RotationWriter::RotationWriter(ConfigAccessService &service, const QString &configFile)
     : AbstractWriter(service, configFile)
@@ -51,14 +50,9 @@ QStringList RotationWriter::lines(const TreeItem &root)
 
 bool RotationWriter::isReadBack(const TreeItem &root)
 {
-    QByteArray content;
-    QTextStream stream(&content, QIODevice::WriteOnly);
     const QStringList written = lines(root);
-    for (const QString &line : written) {
-        stream << line << QLatin1Char('\n');
-    }
-    stream.flush();
-    const RotationScan scan = scanRotation(AbstractConfigParser::decode(content));
+    const RotationScan scan
+        = scanRotation(AbstractConfigParser::decode(ConfigAccessService::contentOf(written)));
     const std::unique_ptr<TreeItem> read = LogRotateParser::tree(scan);
     return read && scan.losses.isEmpty() && lines(*read) == written;
 }

@@ -36,12 +36,17 @@ bool ConfigAccessService::writeConfig(const QString &path, QByteArray content)
 
 bool ConfigAccessService::writeConfig(const QString &path, const QStringList &lines)
 {
+    return writeConfig(path, contentOf(lines));
+}
+
+QByteArray ConfigAccessService::contentOf(const QStringList &lines)
+{
     QByteArray content;
     QTextStream stream(&content, QIODevice::WriteOnly);
     for (const QString &line : lines)
         stream << line << QLatin1Char('\n');
     stream.flush();
-    return writeConfig(path, content);
+    return content;
 }
 
 bool ConfigAccessService::exportConfig(const QString &path)

@@ -21,11 +21,11 @@ public:
      */
     [[nodiscard]] bool writeConfig(const QString &path, QByteArray content);
 
-    /**
-     * The same with a content made of @p lines in the locale's encoding, each followed by a line feed; no
-     * lines make an empty content.
-     */
+    /** The same with contentOf() @p lines. */
     [[nodiscard]] bool writeConfig(const QString &path, const QStringList &lines);
+
+    /** The bytes of @p lines in the locale's encoding, each followed by a line feed. */
+    [[nodiscard]] static QByteArray contentOf(const QStringList &lines);
 
     /**
      * Has the helper write the configuration as a tar.gz archive to the user's file @p path, which is created

@@ -5,6 +5,7 @@
 
 #include <commonsettingsparser.h>
 #include <commonwriter.h>
+#include <configaccessservice.h>
 #include <losscheck.h>
 #include <treeitem.h>
 
@@ -54,7 +55,7 @@ void MainConfigurationTest::readingAndWritingChangesNoByte()
     const std::unique_ptr<TreeItem> root(CommonSettingsParser::parseText(QString::fromUtf8(shipped())));
     QVERIFY(root->childCount() >= 5);
     const QStringList statements = CommonWriter::statements(*root);
-    QCOMPARE(CommonWriter::fileContent(statements), shipped());
+    QCOMPARE(ConfigAccessService::contentOf(statements), shipped());
     QCOMPARE(LossCheck::lostByRewriting(shipped(), shipped()), QStringList());
     QCOMPARE(LossCheck::notReadBack(*root), QStringList());
 }

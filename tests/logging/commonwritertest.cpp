@@ -47,7 +47,7 @@ QString statement(const TreeItem &root)
 
 std::unique_ptr<TreeItem> parsed(const QStringList &statements)
 {
-    const QByteArray content = CommonWriter::fileContent(statements);
+    const QByteArray content = ConfigAccessService::contentOf(statements);
     return std::unique_ptr<TreeItem>(CommonSettingsParser::parseText(AbstractConfigParser::decode(content)));
 }
 } // namespace
