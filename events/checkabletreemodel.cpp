@@ -379,25 +379,15 @@ void CheckableTreeModel::setGroupChecked(EventTreeItem *item, bool checked) cons
         event->checkState = state;
     }
     if (EventTreeItem *parent = item->parentItem()) {
-        int total = 0;
-        int full = 0;
-        int partial = 0;
-        for (int row = 0; row < parent->childCount(); ++row) {
-            const EventTreeItem *child = parent->eventChild(row);
-            if (child->checkable) {
-                ++total;
-                full += child->checkState == Qt::Checked ? 1 : 0;
-                partial += child->checkState == Qt::PartiallyChecked ? 1 : 0;
-            }
-        }
-        if (partial > 0) {
+        const CheckStates::Count count = CheckStates::countChildren(*parent);
+        if (count.partial > 0) {
             parent->checkState = Qt::PartiallyChecked;
-        } else if (total == 0) {
+        } else if (count.checkable == 0) {
             parent->checkState = Qt::Checked;
-        } else if (full == 0) {
+        } else if (count.checked == 0) {
             parent->checkState = Qt::Unchecked;
         } else {
-            parent->checkState = total > full ? Qt::PartiallyChecked : Qt::Checked;
+            parent->checkState = count.checkable > count.checked ? Qt::PartiallyChecked : Qt::Checked;
         }
     }
     for (int row = 0; row < item->childCount(); ++row) {

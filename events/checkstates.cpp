@@ -39,29 +39,36 @@ void CheckStates::valueChanged(EventTreeItem *node)
     }
 }
 
+CheckStates::Count CheckStates::countChildren(const EventTreeItem &item)
+{
+    Count count;
+    for (int row = 0; row < item.childCount(); ++row) {
+        const EventTreeItem *child = item.eventChild(row);
+        if (child->checkable) {
+            ++count.checkable;
+            count.checked += child->checkState == Qt::Checked ? 1 : 0;
+            count.partial += child->checkState == Qt::PartiallyChecked ? 1 : 0;
+        }
+    }
+    return count;
+}
+
 void CheckStates::setDirChecked(EventTreeItem *group)
 {
     if (group->kind != EventTreeItem::Group || !group->checkable || group->childCount() == 0) {
         return;
     }
-    int checkable = 0;
-    int checked = 0;
-    int partial = 0;
     for (int row = 0; row < group->childCount(); ++row) {
-        EventTreeItem *child = group->eventChild(row);
-        if (!child->checkable) {
-            continue;
+        if (EventTreeItem *child = group->eventChild(row); child->checkable) {
+            setDirChecked(child);
         }
-        setDirChecked(child);
-        ++checkable;
-        checked += child->checkState == Qt::Checked ? 1 : 0;
-        partial += child->checkState == Qt::PartiallyChecked ? 1 : 0;
     }
-    if (partial > 0) {
+    const Count count = countChildren(*group);
+    if (count.partial > 0) {
         group->checkState = Qt::PartiallyChecked;
-    } else if (checked == 0) {
+    } else if (count.checked == 0) {
         group->checkState = Qt::Unchecked;
     } else {
-        group->checkState = checked == checkable ? Qt::Checked : Qt::PartiallyChecked;
+        group->checkState = count.checked == count.checkable ? Qt::Checked : Qt::PartiallyChecked;
     }
 }

@@ -15,6 +15,14 @@ namespace CheckStates {
 void takeFromValue(EventTreeItem *node);
 /// After the value of @p node changed: the state of the node that it switches, and of that event's group.
 void valueChanged(EventTreeItem *node);
+/// How many direct children show a check box, and how many of these are checked and partially checked.
+struct Count
+{
+    int checkable = 0;
+    int checked = 0;
+    int partial = 0;
+};
+[[nodiscard]] Count countChildren(const EventTreeItem &item);
 /// The state of a checkable group from its checkable children, groups below it first.
 void setDirChecked(EventTreeItem *group);
 } // namespace CheckStates

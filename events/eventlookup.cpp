@@ -71,6 +71,12 @@ QHash<QString, EventTreeItem *> EventLookup::eventsById(const EventTreeItem &roo
     return byId;
 }
 
+bool EventLookup::isFlagSet(const EventTreeItem &event, QLatin1String name)
+{
+    const EventTreeItem *flag = event.member(name);
+    return flag && flag->value(1).toDouble() != 0;
+}
+
 bool EventLookup::hasCheckableChild(const EventTreeItem &item)
 {
     for (int row = 0; row < item.childCount(); ++row) {

@@ -25,6 +25,8 @@ namespace EventLookup {
 [[nodiscard]] QVector<EventTreeItem *> events(const EventTreeItem &root);
 /// All events of the tree by identifier.
 [[nodiscard]] QHash<QString, EventTreeItem *> eventsById(const EventTreeItem &root);
+/// True when the member @p name of @p event is a number other than 0.
+[[nodiscard]] bool isFlagSet(const EventTreeItem &event, QLatin1String name);
 /// True when at least one direct child shows a check box.
 [[nodiscard]] bool hasCheckableChild(const EventTreeItem &item);
 /// The event that @p item is or lies in, null above the events.

@@ -4,6 +4,7 @@
 #include "eventreset.h"
 
 #include "checkstates.h"
+#include "eventlookup.h"
 #include "eventtreeitem.h"
 #include "subjectsjson.h"
 
@@ -68,19 +69,13 @@ void copyMembers(EventTreeItem *item, const EventTreeItem *defaults)
         SubjectsJson::refreshList(*item);
     }
 }
-
-bool isSet(const EventTreeItem &event, QLatin1String flag)
-{
-    const EventTreeItem *member = event.member(flag);
-    return member && member->value(1).toDouble() != 0;
-}
 } // namespace
 
 void EventReset::reset(EventTreeItem &event, const EventTreeItem &defaults)
 {
     copyMembers(&event, &defaults);
-    event.notRedirected = isSet(event, QLatin1String("is-not-redirected"));
-    event.generatesLoad = isSet(event, QLatin1String("generates-load"));
+    event.notRedirected = EventLookup::isFlagSet(event, QLatin1String("is-not-redirected"));
+    event.generatesLoad = EventLookup::isFlagSet(event, QLatin1String("generates-load"));
     if (EventTreeItem *group = event.parentItem()) {
         CheckStates::setDirChecked(group);
     }

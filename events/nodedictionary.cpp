@@ -3,7 +3,8 @@
 
 #include "nodedictionary.h"
 
-#include <QFile>
+#include <regularfile.h>
+
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -16,8 +17,7 @@ bool isTrue(const QJsonObject &entry, QLatin1String key)
 
 NodeDictionary NodeDictionary::fromFile(const QString &path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? fromJson(file.readAll()) : NodeDictionary();
+    return fromJson(readRegularFile(path).bytes);
 }
 
 NodeDictionary NodeDictionary::fromJson(const QByteArray &json)

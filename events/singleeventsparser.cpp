@@ -10,6 +10,7 @@
 #include "eventtreeitem.h"
 #include "jsontext.h"
 #include "overridemerge.h"
+#include "watchedpaths.h"
 
 #include <localekeeper.h>
 #include <subjectlister.h>
@@ -256,28 +257,23 @@ void SingleEventsParser::makeFiltersFromRules(EventTreeItem *event) const
     if (list->overlay) {
         return; // the administrator's own list
     }
-    QJsonArray paths;
+    QStringList paths;
     const QStringList lines = rules->value(1).toString().split(QLatin1String(", "));
     for (const QString &rule : lines) {
-        // One file may need several rules; it is listed once.
-        const QString path = getFileFromRule(rule);
-        if (!path.isEmpty() && !paths.contains(path)) {
+        if (const QString path = getFileFromRule(rule); !path.isEmpty()) {
             paths.append(path);
         }
     }
+    paths.removeDuplicates(); // one file may need several rules
     list->kind = EventTreeItem::List;
-    list->setData(1, JsonText::arrayText(paths));
-    list->setData(2, JsonText::compact(paths));
+    list->setData(1, WatchedPaths::toText(paths));
+    list->setData(2, JsonText::compact(QJsonArray::fromStringList(paths)));
 }
 
 void SingleEventsParser::setItemOptions(EventTreeItem *event) const
 {
-    const auto isSet = [event](QLatin1String name) {
-        const EventTreeItem *flag = event->member(name);
-        return flag && flag->value(1).toDouble() != 0;
-    };
-    event->notRedirected = isSet(QLatin1String("is-not-redirected"));
-    event->generatesLoad = isSet(QLatin1String("generates-load"));
+    event->notRedirected = EventLookup::isFlagSet(*event, QLatin1String("is-not-redirected"));
+    event->generatesLoad = EventLookup::isFlagSet(*event, QLatin1String("generates-load"));
     if (event->hasAuditRules()) {
         if (EventTreeItem *list = EventLookup::findParameter(*event, QStringLiteral(".auditd.key"))) {
             list->setHasAuditRules(true);

@@ -12,11 +12,11 @@ QStringList WatchedPaths::fromText(const QString &text)
     QStringList paths;
     const QStringList parts = text.split(QLatin1Char(','));
     for (const QString &part : parts) {
-        const QString path = part.simplified();
-        if (!path.isEmpty() && !paths.contains(path)) {
+        if (const QString path = part.simplified(); !path.isEmpty()) {
             paths.append(path);
         }
     }
+    paths.removeDuplicates();
     return paths;
 }
 

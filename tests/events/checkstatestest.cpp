@@ -56,11 +56,13 @@ private Q_SLOTS:
         EventTreeItem *event = append(&root, "event", EventTreeItem::Event);
         append(event, "enabled", EventTreeItem::Parameter, value);
         EventTreeItem *leaf = append(event, "succ", EventTreeItem::Parameter, value);
-
-        CheckStates::takeFromValue(event);
-        CheckStates::takeFromValue(leaf);
-        QTEST(event->checkState, "state");
-        QTEST(leaf->checkState, "state");
+        EventTreeItem *parameter = append(event, "repeat", EventTreeItem::Parameter);
+        append(parameter, "enabled", EventTreeItem::Parameter, value);
+        for (EventTreeItem *node : {event, leaf, parameter}) {
+            node->checkState = -1;
+            CheckStates::takeFromValue(node);
+            QTEST(node->checkState, "state");
+        }
     }
 
     void nodesWithoutASwitchKeepTheirState()
@@ -149,13 +151,35 @@ private Q_SLOTS:
     void changedSwitchOfAParameterLeavesTheEventAlone()
     {
         EventTreeItem root({});
-        EventTreeItem *event = groupOf(&root, {0})->eventChild(0);
+        EventTreeItem *group = groupOf(&root, {0});
+        EventTreeItem *event = group->eventChild(0);
         EventTreeItem *parameter = append(event, "repeat", EventTreeItem::Parameter);
         EventTreeItem *enabled = append(parameter, "enabled", EventTreeItem::Parameter, QStringLiteral("1"));
 
         CheckStates::valueChanged(enabled);
         QCOMPARE(parameter->checkState, int(Qt::Checked));
         QCOMPARE(event->checkState, int(Qt::Unchecked));
+        QCOMPARE(group->checkState, int(Qt::Unchecked));
+    }
+
+    void changedPlainValueMovesNothing()
+    {
+        EventTreeItem root({});
+        EventTreeItem *group = groupOf(&root, {0});
+        EventTreeItem *event = group->eventChild(0);
+        append(event, "enabled", EventTreeItem::Parameter, QStringLiteral("1"));
+        CheckStates::valueChanged(append(event, "delay", EventTreeItem::Parameter, QStringLiteral("1")));
+        QCOMPARE(event->checkState, int(Qt::Unchecked));
+        QCOMPARE(group->checkState, int(Qt::Unchecked));
+    }
+
+    void childrenWithABoxAreCounted()
+    {
+        EventTreeItem root({});
+        const CheckStates::Count count = CheckStates::countChildren(*groupOf(&root, {2, 2, 1, 0, -1, -2}));
+        QCOMPARE(count.checkable, 4);
+        QCOMPARE(count.checked, 2);
+        QCOMPARE(count.partial, 1);
     }
 };
 

@@ -5,7 +5,11 @@
 
 #include <nodedictionary.h>
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/stat.h>
 
 namespace {
 constexpr const char *eventJson = R"({
@@ -87,6 +91,14 @@ private Q_SLOTS:
         QVERIFY(Tree::at(root, "g/event/hidden")->visible);
         QVERIFY(Tree::at(root, "g/event/hidden")->editable);
         QVERIFY(Tree::at(root, "g/event/list")->editable);
+    }
+
+    void pipeInPlaceOfTheFileIsNotWaitedFor()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("dictionary.json"));
+        QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        QCOMPARE(NodeDictionary::fromFile(path).find(QStringLiteral("a")), nullptr);
     }
 
     void nodesWithoutAnEntryAreEditableAndNothingElse()
