@@ -20,6 +20,14 @@ namespace {
 constexpr int sizeLimit = 16 * 1024 * 1024;
 constexpr std::size_t largestEntry = 1024 * 1024;
 
+/** Of several entries of one name the first counts, as it does for the system. */
+void insertNew(QHash<QString, quint32> &numbers, const QString &name, quint32 number)
+{
+    if (!numbers.contains(name)) {
+        numbers.insert(name, number);
+    }
+}
+
 QHash<QString, quint32> parse(const QByteArray &text)
 {
     constexpr int numberField = 2;
@@ -30,7 +38,7 @@ QHash<QString, quint32> parse(const QByteArray &text)
         bool isNumber = false;
         const quint32 number = fields.value(numberField).toUInt(&isNumber);
         if (isNumber && !fields.first().isEmpty()) {
-            numbers.insert(QString::fromUtf8(fields.first()), number);
+            insertNew(numbers, QString::fromUtf8(fields.first()), number);
         }
     }
     return numbers;
@@ -56,9 +64,7 @@ Result<Accounts> Accounts::below(const QString &root)
 {
     Accounts accounts;
     if (root != QLatin1String("/")) {
-        const Result<SafeDirectory> directory = SafeDirectory::openRoot(root);
-        const Result<SafeDirectory> etc
-            = directory ? directory.value().descend({QStringLiteral("etc")}) : directory.outcome();
+        const Result<SafeDirectory> etc = SafeDirectory::openBelow(root, {QStringLiteral("etc")});
         if (!etc) {
             return etc.outcome();
         }
@@ -85,12 +91,12 @@ void Accounts::listSystem()
     // Asked for one by one, thousands of accounts would take as many readings of the whole list.
     ::setpwent();
     while (const struct ::passwd *entry = ::getpwent()) {
-        m_users.insert(QString::fromUtf8(entry->pw_name), entry->pw_uid);
+        insertNew(m_users, QString::fromUtf8(entry->pw_name), entry->pw_uid);
     }
     ::endpwent();
     ::setgrent();
     while (const struct ::group *entry = ::getgrent()) {
-        m_groups.insert(QString::fromUtf8(entry->gr_name), entry->gr_gid);
+        insertNew(m_groups, QString::fromUtf8(entry->gr_name), entry->gr_gid);
     }
     ::endgrent();
 }

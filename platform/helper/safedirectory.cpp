@@ -65,6 +65,12 @@ Result<SafeDirectory> SafeDirectory::openRoot(const QString &path)
     return SafeDirectory(std::move(descriptor), path);
 }
 
+Result<SafeDirectory> SafeDirectory::openBelow(const QString &root, const QStringList &names)
+{
+    const Result<SafeDirectory> top = openRoot(root);
+    return top ? top.value().descend(names) : Result<SafeDirectory>(top.outcome());
+}
+
 QString SafeDirectory::pathOf(const QString &name) const
 {
     const QLatin1String separator(m_path.endsWith(QLatin1Char('/')) ? "" : "/");

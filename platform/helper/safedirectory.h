@@ -26,6 +26,9 @@ public:
      * it. */
     static Result<SafeDirectory> openRoot(const QString &path);
 
+    /** As openRoot(), and then descend(). */
+    static Result<SafeDirectory> openBelow(const QString &root, const QStringList &names);
+
     /**
      * Walks down from here.
      * @param names the components; each must be a directory and not a symbolic link.

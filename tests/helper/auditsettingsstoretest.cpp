@@ -47,6 +47,7 @@ private Q_SLOTS:
     void zeroTakesASettingBack();
     void carriesNamesOfAnyKind();
     void namesOfOneNumberShareASetting();
+    void ofAccountsOfOneNameTheFirstIsMeant();
     void theFileHoldsTheRules();
     void theSameSettingsGiveTheSameFile();
     void theFileIsForAdministratorsOnlyAndItsFormerContentIsKept();
@@ -164,6 +165,20 @@ void AuditSettingsStoreTest::namesOfOneNumberShareASetting()
     QCOMPARE(get(SubjectType::Users, {opening}, {toor}), (QVariantMap{{QStringLiteral("toor/open"), 2}}));
     QVERIFY(store().set(changeOf(SubjectType::Users, {{{toor, opening}, 0}})));
     QCOMPARE(get(SubjectType::Users, {opening}, {root}), (QVariantMap{{QStringLiteral("root/open"), 0}}));
+}
+
+void AuditSettingsStoreTest::ofAccountsOfOneNameTheFirstIsMeant()
+{
+    const QString alice = QStringLiteral("alice");
+    QVERIFY(putFile(m_root->filePath(QStringLiteral("etc/passwd")),
+                    "alice:x:1000:1000::/home/alice:/bin/sh\nalice:x:2000:2000::/srv/alice:/bin/sh\n"));
+    QVERIFY(store().set(changeOf(SubjectType::Users, {{{alice, opening}, 3}})));
+    QVERIFY(getFile(rulesPath()).contains("-F uid=1000 "));
+    QVERIFY(!getFile(rulesPath()).contains("-F uid=2000 "));
+    QVERIFY(putFile(m_root->filePath(QStringLiteral("etc/group")), "alice:x:1000:\nalice:x:2000:\n"));
+    QVERIFY(store().set(changeOf(SubjectType::Groups, {{{alice, opening}, 3}})));
+    QVERIFY(getFile(rulesPath()).contains("-F gid=1000 "));
+    QVERIFY(!getFile(rulesPath()).contains("-F gid=2000 "));
 }
 
 void AuditSettingsStoreTest::theFileHoldsTheRules()
