@@ -2,15 +2,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "argumentreader.h"
 
+#include "shown.h"
+
 #include <KLocalizedString>
 
 namespace AdminEventsHelper {
-
-namespace {
-
-constexpr int shownLength = 100;
-
-}
 
 ArgumentReader::ArgumentReader(const QVariantMap &arguments)
     : m_arguments(arguments)
@@ -90,7 +86,7 @@ QMap<QString, QString> ArgumentReader::texts(const QString &key, int maximumCoun
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
         if (it->userType() != QMetaType::QString) {
             refuse(i18n("The argument \"%1\" holds a value that is not a text, for \"%2\".", key,
-                        it.key().left(shownLength)));
+                        shown(it.key())));
             return {};
         }
         texts.insert(checked(key, it.key(), maximumLength), checked(key, it->toString(), maximumLength));
@@ -120,8 +116,7 @@ Outcome ArgumentReader::outcome() const
     }
     for (auto it = m_arguments.cbegin(); it != m_arguments.cend(); ++it) {
         if (!m_read.contains(it.key())) {
-            return Outcome::failure(
-                i18n("The request has the unknown argument \"%1\".", it.key().left(shownLength)));
+            return Outcome::failure(i18n("The request has the unknown argument \"%1\".", shown(it.key())));
         }
     }
     return Outcome::success();

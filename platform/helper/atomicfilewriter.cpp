@@ -5,6 +5,7 @@
 #include "backupstore.h"
 #include "helperlog.h"
 #include "temporaryname.h"
+#include "wholefile.h"
 
 #include <KLocalizedString>
 
@@ -16,9 +17,6 @@
 namespace AdminEventsHelper {
 
 namespace {
-
-// Far above all that the helper accepts, and well below what one array holds.
-constexpr int formerLimit = 64 * 1024 * 1024;
 
 // Without its access list the group bits of the mode would mean more than they did.
 constexpr std::array<const char *, 2> keptAttributes{"system.posix_acl_access", "security.selinux"};
@@ -35,29 +33,6 @@ int copyAttribute(int from, int to, const char *attribute)
         return errno;
     }
     return 0;
-}
-
-Result<QByteArray> readAll(int descriptor, const QString &path)
-{
-    QByteArray bytes;
-    std::array<char, 65536> buffer{};
-    for (;;) {
-        const ssize_t count = ::pread(descriptor, buffer.data(), buffer.size(), bytes.size());
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            return Outcome::failure(i18n("\"%1\" cannot be read: %2", path, systemError(errno)));
-        }
-        if (count == 0) {
-            return bytes;
-        }
-        bytes.append(buffer.data(), static_cast<int>(count));
-        if (bytes.size() > formerLimit) {
-            return Outcome::failure(
-                i18n("\"%1\" is too large to be kept before it is replaced; move it away first.", path));
-        }
-    }
 }
 
 } // namespace
@@ -77,18 +52,6 @@ Outcome AtomicFileWriter::prepare()
     }
     m_former = former.takeValue();
     return Outcome::success();
-}
-
-Result<std::optional<QByteArray>> AtomicFileWriter::former() const
-{
-    if (!m_former) {
-        return std::optional<QByteArray>();
-    }
-    Result<QByteArray> bytes = readAll(m_former->get(), m_directory.pathOf(m_name));
-    if (!bytes) {
-        return bytes.outcome();
-    }
-    return std::optional<QByteArray>(bytes.takeValue());
 }
 
 Outcome AtomicFileWriter::takeOver(int from, int to) const
@@ -135,7 +98,7 @@ Outcome AtomicFileWriter::keepFormer(const QByteArray &content, const BackupStor
     if (!m_former) {
         return Outcome::success();
     }
-    const Result<QByteArray> former = readAll(m_former->get(), m_directory.pathOf(m_name));
+    const Result<QByteArray> former = WholeFile::read(*m_former, m_directory.pathOf(m_name));
     if (!former) {
         return former.outcome();
     }

@@ -29,9 +29,6 @@ public:
     /** Looks whether the file may be replaced (it is regular or absent), without changing anything. */
     Outcome prepare();
 
-    /** What the file holds now; nothing when there is none. Only after a successful prepare(). */
-    Result<std::optional<QByteArray>> former() const;
-
     /**
      * Writes the bytes to a new file beside the file, flushed and with the rights that the file will have,
      * and replaces nothing. Only after a successful prepare(); a failure may leave the new file.

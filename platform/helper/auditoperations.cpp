@@ -4,6 +4,8 @@
 
 #include <QSet>
 
+#include <sys/utsname.h>
+
 namespace AdminEventsHelper {
 
 namespace {
@@ -135,6 +137,12 @@ const QStringList &AuditOperations::identifiers()
 QString AuditOperations::twinOf(const QString &identifier)
 {
     return identifier == QLatin1String("acl") ? QStringLiteral("mac") : QString();
+}
+
+QString AuditOperations::thisMachine()
+{
+    utsname names = {};
+    return ::uname(&names) == 0 ? QString::fromLatin1(names.machine) : QString();
 }
 
 QList<AuditOperations::Calls> AuditOperations::calls(const QString &identifier, const QString &machine)

@@ -38,6 +38,9 @@ const QStringList &identifiers();
  */
 QString twinOf(const QString &identifier);
 
+/** The machine that this runs on, as uname(2) names it; empty when that cannot be found out. */
+QString thisMachine();
+
 /**
  * @param identifier one of identifiers().
  * @param machine as uname(2) names it, e.g. "x86_64".

@@ -4,6 +4,7 @@
 
 #include "argumentreader.h"
 #include "auditoperations.h"
+#include "shown.h"
 
 #include <KLocalizedString>
 
@@ -15,8 +16,6 @@ namespace {
 constexpr int namesLimit = 100000;
 constexpr int settingsLimit = 2000000;
 constexpr int nameLimit = 300;
-constexpr int shownLength = 100;
-constexpr int largestValue = 3;
 const QLatin1Char separator('/');
 
 Result<SubjectType> typeOf(int number)
@@ -34,23 +33,21 @@ Outcome checkIdentifier(const QString &identifier)
     if (AuditOperations::identifiers().contains(identifier)) {
         return Outcome::success();
     }
-    return Outcome::failure(
-        i18n("\"%1\" is not an operation that can be audited.", identifier.left(shownLength)));
+    return Outcome::failure(i18n("\"%1\" is not an operation that can be audited.", shown(identifier)));
 }
 
 Outcome readSetting(const QString &key, const QVariant &value, AuditChange &change)
 {
     if (key.size() > nameLimit) {
-        return Outcome::failure(i18n("The argument \"%1\" has a name longer than %2 characters.",
-                                     key.left(shownLength), QString::number(nameLimit)));
+        return Outcome::failure(i18n("The argument \"%1\" has a name longer than %2 characters.", shown(key),
+                                     QString::number(nameLimit)));
     }
     QString name;
     QString identifier = key;
     if (change.type != SubjectType::Other) {
         // Two separators leave open where the name ends.
         if (key.count(separator) != 1 || key.startsWith(separator)) {
-            return Outcome::failure(
-                i18n("\"%1\" does not name one subject and one operation.", key.left(shownLength)));
+            return Outcome::failure(i18n("\"%1\" does not name one subject and one operation.", shown(key)));
         }
         name = key.section(separator, 0, 0);
         identifier = key.section(separator, 1);
@@ -59,13 +56,14 @@ Outcome readSetting(const QString &key, const QVariant &value, AuditChange &chan
         return known;
     }
     if (value.userType() != QMetaType::Int) {
-        return Outcome::failure(i18n("The argument \"%1\" has the type \"%2\" in place of \"%3\".", key,
-                                     QString::fromLatin1(value.typeName()), QStringLiteral("int")));
+        return Outcome::failure(i18n("The argument \"%1\" has the type \"%2\" in place of \"%3\".",
+                                     shown(key), QString::fromLatin1(value.typeName()),
+                                     QStringLiteral("int")));
     }
     const int number = value.toInt();
-    if (number < 0 || number > largestValue) {
+    if (number < 0 || number > largestAuditValue) {
         return Outcome::failure(
-            i18n("\"%1\" is not an audit setting for \"%2\".", QString::number(number), key));
+            i18n("\"%1\" is not an audit setting for \"%2\".", QString::number(number), shown(key)));
     }
     change.values.insert({name, identifier}, number);
     return Outcome::success();

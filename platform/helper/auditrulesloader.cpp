@@ -3,18 +3,19 @@
 #include "auditrulesloader.h"
 
 #include "auditcontinuefile.h"
+#include "auditoperations.h"
 #include "auditruleform.h"
-#include "auditsettingsstore.h"
 #include "backupstore.h"
 #include "commandrunner.h"
+#include "configtarget.h"
 #include "contentcheck.h"
+#include "filechanges.h"
 #include "safedirectory.h"
+#include "shown.h"
 #include "wholefile.h"
 
 #include <KLocalizedString>
 #include <QStandardPaths>
-
-#include <sys/utsname.h>
 
 namespace AdminEventsHelper {
 
@@ -29,12 +30,6 @@ constexpr std::chrono::seconds shortest{1}; // for what is still to be asked whe
 QString systemProgram(const QString &name)
 {
     return QStandardPaths::findExecutable(name, {QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")});
-}
-
-QByteArray machineName()
-{
-    utsname names = {};
-    return ::uname(&names) == 0 ? QByteArray(names.machine) : QByteArray();
 }
 
 QList<QByteArray> rulesIn(const QByteArray &text)
@@ -54,27 +49,10 @@ std::chrono::milliseconds left(const QDeadlineTimer &deadline)
     return std::max<std::chrono::milliseconds>(shortest, std::chrono::milliseconds(deadline.remainingTime()));
 }
 
-Result<SafeDirectory> directoryBelow(const QString &root, const QStringList &names)
+QList<ConfigTarget> ownFiles()
 {
-    const Result<SafeDirectory> top = SafeDirectory::openRoot(root);
-    return top ? top.value().descend(names) : Result<SafeDirectory>(top.outcome());
-}
-
-const QStringList &auditDirectory()
-{
-    static const QStringList names{QStringLiteral("etc"), QStringLiteral("audit")};
-    return names;
-}
-
-QStringList rulesDirectory()
-{
-    return auditDirectory() + QStringList{QStringLiteral("rules.d")};
-}
-
-QStringList ownFileNames()
-{
-    const QString subjects = AuditSettingsStore::path();
-    return {QStringLiteral("nivra-syslog.rules"), subjects.mid(subjects.lastIndexOf(QLatin1Char('/')) + 1)};
+    return {ConfigTarget::of(ConfigTarget::Format::AuditRules),
+            ConfigTarget::of(ConfigTarget::Format::SubjectRules)};
 }
 
 } // namespace
@@ -82,7 +60,7 @@ QStringList ownFileNames()
 AuditRulesLoader::AuditRulesLoader(const QString &root, const Programs &programs, const QByteArray &machine)
     : m_root(root)
     , m_programs(programs)
-    , m_machine(machine.isEmpty() ? machineName() : machine)
+    , m_machine(machine.isEmpty() ? AuditOperations::thisMachine().toLatin1() : machine)
 {
     if (m_programs.augenrules.isEmpty()) {
         m_programs.augenrules = systemProgram(QStringLiteral("augenrules"));
@@ -127,12 +105,13 @@ Outcome AuditRulesLoader::load(std::chrono::milliseconds limit) const
 Result<QList<QByteArray>> AuditRulesLoader::ownRules() const
 {
     QList<QByteArray> rules;
-    const Result<SafeDirectory> directory = directoryBelow(m_root, rulesDirectory());
-    if (!directory) {
-        return rules; // without the directory there is no rules file either
-    }
-    for (const QString &name : ownFileNames()) {
-        const Result<std::optional<QByteArray>> text = WholeFile::read(directory.value(), name, sizeLimit);
+    for (const ConfigTarget &file : ownFiles()) {
+        const Result<SafeDirectory> directory = SafeDirectory::openBelow(m_root, file.directory);
+        if (!directory) {
+            continue; // without the directory there is no rules file either
+        }
+        const Result<std::optional<QByteArray>> text
+            = WholeFile::read(directory.value(), file.fileName, sizeLimit);
         if (!text) {
             return text.outcome();
         }
@@ -144,17 +123,19 @@ Result<QList<QByteArray>> AuditRulesLoader::ownRules() const
 Outcome AuditRulesLoader::ensureContinueFile() const
 {
     const Result<SafeDirectory> root = SafeDirectory::openRoot(m_root);
-    const Result<SafeDirectory> directory = directoryBelow(m_root, rulesDirectory());
+    const Result<SafeDirectory> directory
+        = SafeDirectory::openBelow(m_root, ConfigTarget::of(ConfigTarget::Format::AuditRules).directory);
     if (!root || !directory) {
         return root ? directory.outcome() : root.outcome();
     }
-    const Result<BackupStore> backups = BackupStore::open(root.value());
+    const Result<BackupStore> backups = FileChanges::begin(root.value());
     return backups ? AuditContinueFile::ensure(directory.value(), backups.value()) : backups.outcome();
 }
 
 QList<QByteArray> AuditRulesLoader::joinedRules() const
 {
-    const Result<SafeDirectory> directory = directoryBelow(m_root, auditDirectory());
+    const Result<SafeDirectory> directory
+        = SafeDirectory::openBelow(m_root, {QStringLiteral("etc"), QStringLiteral("audit")});
     if (!directory) {
         return {};
     }
@@ -229,8 +210,7 @@ Outcome AuditRulesLoader::reportMissing(const QList<QByteArray> &lines, const QD
             continue;
         }
         if (const QString reason = refusal(line, deadline); !reason.isEmpty()) {
-            named << i18nc("%1 is an audit rule, %2 the reason", "%1: %2",
-                           ContentCheck::shown(line, longestLine), reason);
+            named << i18nc("%1 is an audit rule, %2 the reason", "%1: %2", shown(line, longestLine), reason);
         }
     }
     if (named.isEmpty() && unnamed == 0) {
@@ -265,7 +245,7 @@ QString AuditRulesLoader::refusal(const QByteArray &line, const QDeadlineTimer &
         return i18n("the directory of the watched path does not exist");
     }
     const QByteArray said = added.output.trimmed();
-    return said.isEmpty() ? added.outcome.error() : ContentCheck::shown(said.split('\n').constLast());
+    return said.isEmpty() ? added.outcome.error() : shown(said.split('\n').constLast());
 }
 
 } // namespace AdminEventsHelper

@@ -6,46 +6,33 @@
 #include "atomicfilewriter.h"
 #include "auditoperations.h"
 #include "backupstore.h"
+#include "checksum.h"
+#include "configtarget.h"
 #include "filechanges.h"
 #include "safedirectory.h"
 #include "subjectrules.h"
 #include "wholefile.h"
 
 #include <KLocalizedString>
-#include <QCryptographicHash>
-
-#include <sys/utsname.h>
 
 namespace AdminEventsHelper {
 
 namespace {
 
 constexpr int sizeLimit = 16 * 1024 * 1024;
-constexpr mode_t newFileMode = 0640;
 const QByteArray checksumMark("# checksum ");
 const QByteArray
     heading("# Which operations of which users and groups are recorded. Written by the settings page for\n"
             "# security events, which refuses to work with a file that was changed by hand.\n");
 
-QStringList directoryNames()
+ConfigTarget target()
 {
-    return {QStringLiteral("etc"), QStringLiteral("audit"), QStringLiteral("rules.d")};
-}
-
-QString fileName()
-{
-    return QStringLiteral("nivra-syslog-subjects.rules");
+    return ConfigTarget::of(ConfigTarget::Format::SubjectRules);
 }
 
 QByteArray checksumLine(const QByteArray &text)
 {
-    return checksumMark + QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex() + '\n';
-}
-
-QString machineName()
-{
-    utsname names = {};
-    return ::uname(&names) == 0 ? QString::fromLatin1(names.machine) : QString();
+    return checksumMark + checksum(text).toLatin1() + '\n';
 }
 
 std::optional<quint32> numberOf(const Accounts &accounts, SubjectType type, const QString &name)
@@ -117,13 +104,13 @@ Outcome apply(const AuditChange &change, const Accounts &accounts, SubjectSettin
 
 AuditSettingsStore::AuditSettingsStore(const QString &root, const QString &machine)
     : m_root(root)
-    , m_machine(machine.isEmpty() ? machineName() : machine)
+    , m_machine(machine.isEmpty() ? AuditOperations::thisMachine() : machine)
 {
 }
 
 QString AuditSettingsStore::path()
 {
-    return QLatin1Char('/') + directoryNames().join(QLatin1Char('/')) + QLatin1Char('/') + fileName();
+    return target().path();
 }
 
 Outcome AuditSettingsStore::check(const QString &path, const QByteArray &text)
@@ -141,26 +128,25 @@ Outcome AuditSettingsStore::check(const QString &path, const QByteArray &text)
 Result<QByteArray> AuditSettingsStore::renewed(const QString &path, const QByteArray &text)
 {
     const Result<SubjectSettings> settings = settingsIn(text, path);
-    return settings ? textOf(settings.value(), machineName()) : Result<QByteArray>(settings.outcome());
+    return settings ? textOf(settings.value(), AuditOperations::thisMachine())
+                    : Result<QByteArray>(settings.outcome());
 }
 
 Result<SubjectSettings> AuditSettingsStore::present(const SafeDirectory &directory) const
 {
-    const Result<std::optional<QByteArray>> text = WholeFile::read(directory, fileName(), sizeLimit);
+    const Result<std::optional<QByteArray>> text = WholeFile::read(directory, target().fileName, sizeLimit);
     if (!text) {
         return text.outcome();
     }
     if (!text.value()) {
         return SubjectSettings();
     }
-    return settingsIn(*text.value(), directory.pathOf(fileName()));
+    return settingsIn(*text.value(), directory.pathOf(target().fileName));
 }
 
 Result<QVariantMap> AuditSettingsStore::get(const AuditQuery &query) const
 {
-    const Result<SafeDirectory> root = SafeDirectory::openRoot(m_root);
-    const Result<SafeDirectory> directory
-        = root ? root.value().descend(directoryNames()) : Result<SafeDirectory>(root.outcome());
+    const Result<SafeDirectory> directory = SafeDirectory::openBelow(m_root, target().directory);
     if (!directory) {
         return directory.outcome();
     }
@@ -220,11 +206,11 @@ Outcome AuditSettingsStore::set(const AuditChange &change) const
 {
     const Result<SafeDirectory> root = SafeDirectory::openRoot(m_root);
     const Result<SafeDirectory> directory
-        = root ? root.value().descend(directoryNames()) : Result<SafeDirectory>(root.outcome());
+        = root ? root.value().descend(target().directory) : Result<SafeDirectory>(root.outcome());
     if (!directory) {
         return directory.outcome();
     }
-    AtomicFileWriter writer(directory.value(), fileName(), newFileMode);
+    AtomicFileWriter writer(directory.value(), target().fileName, target().newFileMode);
     if (Outcome prepared = writer.prepare(); !prepared) {
         return prepared;
     }
@@ -235,12 +221,9 @@ Outcome AuditSettingsStore::set(const AuditChange &change) const
     if (change.values.isEmpty()) {
         return Outcome::success();
     }
-    const Result<BackupStore> backups = BackupStore::open(root.value());
+    const Result<BackupStore> backups = FileChanges::begin(root.value());
     if (!backups) {
         return backups.outcome();
-    }
-    if (Outcome recovered = FileChanges::recover(root.value(), backups.value()); !recovered) {
-        return recovered;
     }
     // Again under the lock: another helper may have replaced the file meanwhile.
     if (Outcome prepared = writer.prepare(); !prepared) {

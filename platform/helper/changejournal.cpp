@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "changejournal.h"
 
+#include "checksum.h"
 #include "fragmentcheck.h"
 #include "helperlog.h"
 #include "temporaryname.h"
 #include "wholefile.h"
 
 #include <KLocalizedString>
-#include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -22,11 +22,6 @@ namespace {
 QString noteName()
 {
     return QStringLiteral("pending-changes");
-}
-
-QString checksum(const QByteArray &content)
-{
-    return QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
 }
 
 /** Splits a path into its directory and file; false when it is not one that this program may change. */

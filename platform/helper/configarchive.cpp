@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "configarchive.h"
 
+#include "checksum.h"
 #include "fragmentcheck.h"
 #include "notifyrccheck.h"
+#include "shown.h"
 #include "targz.h"
 #include "usernotifications.h"
 
 #include <KLocalizedString>
-#include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -72,11 +73,6 @@ bool isKnown(const QString &entry)
     return !ownFileName(entry).isEmpty() || targetOf(entry).has_value();
 }
 
-QString checksum(const QByteArray &content)
-{
-    return QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
-}
-
 Outcome badManifest(const QString &reason)
 {
     return Outcome::failure(i18n("The list of files in the archive is not sound: %1", reason));
@@ -120,7 +116,7 @@ Result<QJsonObject> readManifest(const QByteArray &text)
 
 Outcome unknownFile(const QString &name)
 {
-    return badManifest(i18n("\"%1\" is not a file of this configuration", name.left(shownLength)));
+    return badManifest(i18n("\"%1\" is not a file of this configuration", shown(name, shownLength)));
 }
 
 /** The content that a row of the list tells of; none for a file that did not exist. */

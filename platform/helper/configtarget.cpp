@@ -4,6 +4,8 @@
 
 #include <KLocalizedString>
 
+#include <algorithm>
+
 namespace AdminEventsHelper {
 
 QList<ConfigTarget> ConfigTarget::all()
@@ -31,6 +33,15 @@ QList<ConfigTarget> ConfigTarget::all()
 QString ConfigTarget::path() const
 {
     return QLatin1Char('/') + directory.join(QLatin1Char('/')) + QLatin1Char('/') + fileName;
+}
+
+ConfigTarget ConfigTarget::of(Format format)
+{
+    const QList<ConfigTarget> targets = all();
+    const auto found = std::find_if(targets.cbegin(), targets.cend(),
+                                    [format](const ConfigTarget &target) { return target.format == format; });
+    Q_ASSERT(found != targets.cend());
+    return *found;
 }
 
 Result<ConfigTarget> ConfigTarget::find(const QString &path)

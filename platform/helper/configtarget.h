@@ -39,6 +39,9 @@ struct ConfigTarget
     /** The files that always bear the same name: an archive of the configuration holds each of them. */
     static QList<ConfigTarget> all();
 
+    /** The one of these files that has this format; not for fragments. */
+    static ConfigTarget of(Format format);
+
     /**
      * Looks a path up among the files that a request may name.
      * @param path compared as it stands: another spelling of the same path is refused.

@@ -204,12 +204,9 @@ Outcome ConfigTransfer::carryOut(const ConfigArchive &archive, const SafeDirecto
             return added;
         }
     }
-    const Result<BackupStore> backups = BackupStore::open(root);
+    const Result<BackupStore> backups = FileChanges::begin(root);
     if (!backups) {
         return backups.outcome();
-    }
-    if (Outcome recovered = FileChanges::recover(root, backups.value()); !recovered) {
-        return recovered;
     }
     bool ownChanged = false;
     Outcome outcome = changes.carryOut(backups.value(), [this, &ownChanges, &ownChanged] {

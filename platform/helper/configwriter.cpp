@@ -67,12 +67,9 @@ Outcome ConfigWriter::write(const WriteRequest &request) const
     if (Outcome prepared = writer.prepare(); !prepared) {
         return prepared;
     }
-    const Result<BackupStore> backups = BackupStore::open(root.value());
+    const Result<BackupStore> backups = FileChanges::begin(root.value());
     if (!backups) {
         return backups.outcome();
-    }
-    if (Outcome recovered = FileChanges::recover(root.value(), backups.value()); !recovered) {
-        return recovered;
     }
     // Again under the lock: another helper may have replaced the file meanwhile.
     if (Outcome prepared = writer.prepare(); !prepared) {

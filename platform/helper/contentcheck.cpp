@@ -7,6 +7,7 @@
 #include "fragmentcheck.h"
 #include "loggingcheck.h"
 #include "rotationcheck.h"
+#include "shown.h"
 #include "wholefile.h"
 
 #include <KLocalizedString>
@@ -104,7 +105,7 @@ Outcome checkAuditRules(const QString &path, const QByteArray &content)
         if (hasControlCharacter(lines.at(i)) || !(isRemark || isRule(lines.at(i)))) {
             return Outcome::failure(
                 i18n("Line %1 of the new content of \"%2\" is not a rule that may be written: %3",
-                     QString::number(i + 1), path, ContentCheck::shown(lines.at(i))));
+                     QString::number(i + 1), path, shown(lines.at(i))));
         }
     }
     return Outcome::success();
@@ -115,15 +116,6 @@ Outcome checkAuditRules(const QString &path, const QByteArray &content)
 bool ContentCheck::isAuditRule(const QByteArray &line)
 {
     return !hasControlCharacter(line) && isRule(line);
-}
-
-QString ContentCheck::shown(const QByteArray &text, int length)
-{
-    QString beginning = QString::fromUtf8(text.left(length));
-    std::replace_if(
-        beginning.begin(), beginning.end(), [](QChar c) { return !c.isPrint(); },
-        QChar(QChar::ReplacementCharacter));
-    return beginning;
 }
 
 Result<QList<QByteArray>> ContentCheck::formerTexts(const SafeDirectory &root, const ConfigTarget &target)

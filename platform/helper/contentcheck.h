@@ -37,9 +37,6 @@ Result<QList<QByteArray>> formerTexts(const SafeDirectory &root, const ConfigTar
 /** Whether a line is one of the audit rules that may be written. */
 bool isAuditRule(const QByteArray &line);
 
-/** The beginning of a text that may hold anything, as it can stand in a message and a log. */
-QString shown(const QByteArray &text, int length = 100);
-
 } // namespace ContentCheck
 
 } // namespace AdminEventsHelper

@@ -197,9 +197,15 @@ Outcome FileChanges::carryOut(const BackupStore &backups, const std::function<Ou
     return Outcome::success();
 }
 
-Outcome FileChanges::recover(const SafeDirectory &root, const BackupStore &backups)
+Result<BackupStore> FileChanges::begin(const SafeDirectory &root)
 {
-    return ChangeJournal::recover(root, backups.directory());
+    Result<BackupStore> backups = BackupStore::open(root);
+    if (backups) {
+        if (Outcome recovered = ChangeJournal::recover(root, backups.value().directory()); !recovered) {
+            return recovered;
+        }
+    }
+    return backups;
 }
 
 } // namespace AdminEventsHelper

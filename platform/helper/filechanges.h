@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "backupstore.h"
 #include "configtarget.h"
 #include "safedirectory.h"
 
@@ -15,8 +16,6 @@
 
 namespace AdminEventsHelper {
 
-class BackupStore;
-
 /**
  * Replaces, makes and removes several files, all of them or none.
  *
@@ -24,7 +23,7 @@ class BackupStore;
  * until the last one is. While files are being replaced, the file "pending-changes" in the backup directory
  * says what to take back: a JSON array of objects with "path" (the file), "kept" (the name in its directory
  * under which the former file waits; empty when there was none) and "sha256" (of the new content; empty for a
- * removal). recover() takes back what a crash left half done.
+ * removal). begin() takes back what a crash left half done.
  */
 class FileChanges
 {
@@ -49,10 +48,11 @@ public:
     Outcome carryOut(const BackupStore &backups, const std::function<Outcome()> &lastStep = {});
 
     /**
-     * Takes back changes that were interrupted, and removes half-written files of the closed set and of
-     * notification fragments. To be called under the lock before anything else is written.
+     * Begins a change of the configuration, of several files or one: takes the lock, takes back changes that
+     * were interrupted, and removes half-written files of the closed set and of notification fragments.
+     * @return what is replaced from now on goes there; the lock is held as long as it lives.
      */
-    static Outcome recover(const SafeDirectory &root, const BackupStore &backups);
+    static Result<BackupStore> begin(const SafeDirectory &root);
 
 private:
     struct Change

@@ -28,12 +28,8 @@ Outcome applyAll(const QString &rootPath, const QMap<QString, std::optional<QByt
             return added;
         }
     }
-    const Result<BackupStore> backups = BackupStore::open(root.value());
-    if (!backups) {
-        return backups.outcome();
-    }
-    const Outcome recovered = FileChanges::recover(root.value(), backups.value());
-    return recovered ? changes.carryOut(backups.value()) : recovered;
+    const Result<BackupStore> backups = FileChanges::begin(root.value());
+    return backups ? changes.carryOut(backups.value()) : backups.outcome();
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include "logfilepath.h"
 #include "servicetokens.h"
+#include "shown.h"
 
 #include <KLocalizedString>
 #include <QRegularExpression>
@@ -21,7 +22,6 @@ using Kind = ServiceToken::Kind;
 // What Debian 12 ships.
 constexpr int knownMajor = 3;
 constexpr int knownMinor = 38;
-constexpr int shownLength = 100;
 constexpr int depthLimit = 200;
 constexpr int ownClassLimit = 2000; // in pieces of the text
 
@@ -320,14 +320,6 @@ private:
     int m_at = 0;
     int m_coveredUntil = 0;
 };
-
-QString shown(const QByteArray &text)
-{
-    QString plain = QString::fromUtf8(text.left(shownLength));
-    std::replace_if(
-        plain.begin(), plain.end(), [](QChar c) { return !c.isPrint(); }, QChar(QChar::ReplacementCharacter));
-    return plain;
-}
 
 } // namespace
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "notifyrccheck.h"
 
-#include "contentcheck.h"
+#include "shown.h"
 
 #include <KLocalizedString>
 #include <QTextCodec>
@@ -92,7 +92,7 @@ Outcome NotifyrcCheck::check(const QString &path, const QByteArray &content)
         }
         if (!isLine(line)) {
             return Outcome::failure(i18n("Line %1 of \"%2\" does not belong in notification settings: %3",
-                                         QString::number(i + 1), path, ContentCheck::shown(line)));
+                                         QString::number(i + 1), path, shown(line)));
         }
     }
     return Outcome::success();

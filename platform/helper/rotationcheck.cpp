@@ -3,6 +3,7 @@
 #include "rotationcheck.h"
 
 #include "logfilepath.h"
+#include "shown.h"
 
 #include <KLocalizedString>
 #include <QSet>
@@ -13,7 +14,6 @@ namespace AdminEventsHelper {
 
 namespace {
 
-constexpr int shownLength = 100;
 // Of the rotation file that is installed with the page.
 const QByteArray shippedScript("postrotate\ninvoke-rc.d syslog-ng reload > /dev/null");
 
@@ -206,8 +206,6 @@ private:
         }
     }
 
-    static QString shown(const QByteArray &word) { return QString::fromUtf8(word.left(shownLength)); }
-
     QList<QPair<QByteArray, int>> m_privileges;
     QList<QByteArray> m_files;
     QByteArray m_scriptName;
@@ -240,12 +238,10 @@ Outcome RotationCheck::check(const QString &path, const QByteArray &content, con
     }
     for (const auto &[privilege, line] : reader.privileges()) {
         if (!known.contains(privilege)) {
-            QString shown = QString::fromUtf8(privilege.left(shownLength))
-                                .replace(QLatin1Char('\n'), QLatin1String("; "));
             return Outcome::failure(i18n(
                 "Line %1 of the new content of \"%2\" could run programs or change files that are no logs, "
                 "which the present one does not: %3",
-                QString::number(line), path, shown));
+                QString::number(line), path, shown(QByteArray(privilege).replace('\n', "; "))));
         }
     }
     return Outcome::success();

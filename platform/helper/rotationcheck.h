@@ -15,9 +15,8 @@ namespace AdminEventsHelper {
  * The rotation runs as root and can run programs, so scripts and the directives that name programs, other
  * settings, other directories or another user are taken only when one of the former texts, which an
  * administrator put there, holds the same (the script that is shipped is free); files to rotate only when one
- * of those names them, or below
- * "/var/log" and "/vortan/log". The rest must be sections of known directives. A text that is one of the
- * former texts is taken as it stands.
+ * of those names them, or below "/var/log" and "/vortan/log". The rest must be sections of known directives.
+ * A text that is one of the former texts is taken as it stands.
  */
 namespace RotationCheck {
 

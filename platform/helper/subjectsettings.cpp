@@ -13,11 +13,10 @@ namespace {
 
 const QByteArray mark("#@ ");
 constexpr int lineLimit = 300;
-constexpr int largestValue = 3;
 
 void writeValues(QByteArray &text, const QByteArray &prefix, const OperationSettings::Values &values)
 {
-    for (int value = 1; value <= largestValue; ++value) {
+    for (int value = 1; value <= largestAuditValue; ++value) {
         const QByteArray start = prefix + QByteArray::number(value);
         QByteArray line = start;
         const QList<NumberRange> ranges
@@ -71,7 +70,7 @@ bool readLine(const QByteArray &line, SubjectSettings &settings, quint32 &room)
     bool isNumber = false;
     const int value = words.takeFirst().toInt(&isNumber);
     if (!AuditOperations::identifiers().contains(identifier) || !isNumber || value < 0
-        || value > largestValue) {
+        || value > largestAuditValue) {
         return false;
     }
     OperationSettings &operation = settings[identifier];

@@ -13,8 +13,11 @@ namespace AdminEventsHelper {
 /** Whose settings a request is about, by the numbers that requests use. */
 enum class SubjectType : int { Other = 0, Users = 1, Groups = 2 };
 
+/** What is recorded of one operation: 0 nothing, 1 successes, 2 failures, 3 both. */
+constexpr int largestAuditValue = 3;
+
 /**
- * What is recorded of one operation: 0 nothing, 1 successes, 2 failures, 3 both.
+ * What is recorded of one operation, as such values.
  *
  * Subjects are kept by number, as the kernel knows them; one that is not listed has the value 0.
  */

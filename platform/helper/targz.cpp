@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "targz.h"
 
+#include "shown.h"
+
 #include <KLocalizedString>
 #include <QtEndian>
 
@@ -21,17 +23,7 @@ using Reader = std::unique_ptr<archive, int (*)(archive *)>;
 using Writer = std::unique_ptr<archive, int (*)(archive *)>;
 using Entry = std::unique_ptr<archive_entry, void (*)(archive_entry *)>;
 
-constexpr int shownLength = 100;
 constexpr int fileMode = 0600;
-
-// Comes from an archive that anybody may have made, and goes into a message.
-QString shown(const QString &text)
-{
-    QString plain = text.left(shownLength);
-    std::replace_if(
-        plain.begin(), plain.end(), [](QChar c) { return !c.isPrint(); }, QChar(QChar::ReplacementCharacter));
-    return plain;
-}
 
 QString reasonOf(archive *from)
 {

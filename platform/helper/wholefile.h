@@ -23,6 +23,12 @@ constexpr int sizeLimit = 64 * 1024 * 1024;
 Result<std::optional<QByteArray>> read(const SafeDirectory &directory, const QString &name,
                                        int limit = sizeLimit);
 
+/**
+ * Reads an open file from its beginning.
+ * @param path names it in messages.
+ */
+Result<QByteArray> read(const FileDescriptor &file, const QString &path, int limit = sizeLimit);
+
 } // namespace WholeFile
 
 } // namespace AdminEventsHelper

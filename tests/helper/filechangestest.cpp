@@ -100,12 +100,8 @@ Outcome FileChangesTest::changeAll(const QMap<QString, QByteArray> &files) const
             return added;
         }
     }
-    const auto backups = BackupStore::open(root.value());
-    if (!backups) {
-        return backups.outcome();
-    }
-    const Outcome recovered = FileChanges::recover(root.value(), backups.value());
-    return recovered ? changes.carryOut(backups.value()) : recovered;
+    const auto backups = FileChanges::begin(root.value());
+    return backups ? changes.carryOut(backups.value()) : backups.outcome();
 }
 
 void FileChangesTest::putsEverythingBackWhenOneFileCannotBeReplaced()
@@ -312,8 +308,7 @@ void FileChangesTest::leavesOldOrNewWhenKilled()
         killed += WIFSIGNALED(status) ? 1 : 0;
         halfway += QFile::exists(below(notePath())) ? 1 : 0;
         const auto root = SafeDirectory::openRoot(m_root->path());
-        const auto backups = BackupStore::open(root.value());
-        QVERIFY(FileChanges::recover(root.value(), backups.value()).ok());
+        QVERIFY(FileChanges::begin(root.value()).ok());
         const QMap<QString, QByteArray> found = TransferSample::contents(m_root->path());
         const bool isNew = found == asFound(state(next));
         QVERIFY2(isNew || found == asFound(state(current)), "the files are neither the old nor the new ones");
