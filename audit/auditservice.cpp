@@ -8,13 +8,6 @@
 
 namespace {
 const QLatin1Char separator('/');
-
-KAuth::Action actionFor(QLatin1String verb)
-{
-    KAuth::Action action(ActionIds::action(verb));
-    action.setHelperId(ActionIds::helper());
-    return action;
-}
 } // namespace
 
 AuditService::AuditService(QObject *parent)
@@ -59,7 +52,7 @@ bool AuditService::setOtherAuditSettings(const AuditSettings::OtherValues &setti
 
 bool AuditService::get(int auditType, const QStringList &auditIDs, const QStringList &names)
 {
-    KAuth::Action action = actionFor(ActionIds::getAuditSettings);
+    KAuth::Action action = makeAction(ActionIds::getAuditSettings);
     action.setArguments({
         {QStringLiteral("auditType"), auditType},
         {QStringLiteral("auditIDs"), auditIDs},
@@ -71,7 +64,7 @@ bool AuditService::get(int auditType, const QStringList &auditIDs, const QString
 bool AuditService::set(QVariantMap settings, int auditType)
 {
     settings.insert(QStringLiteral("AUDIT_TYPE"), auditType);
-    KAuth::Action action = actionFor(ActionIds::setAuditSettings);
+    KAuth::Action action = makeAction(ActionIds::setAuditSettings);
     action.setArguments(settings);
     return execute(action);
 }

@@ -274,8 +274,7 @@ bool AdminEventsModule::saveNotifications()
 bool AdminEventsModule::runNotificationAction(QLatin1String verb, const QString &argument,
                                               const QVariant &value)
 {
-    KAuth::Action action(ActionIds::action(verb));
-    action.setHelperId(ActionIds::helper());
+    KAuth::Action action = AccessService::makeAction(verb);
     action.addArgument(argument, value);
     if (m_configAccessService->execute(action)) {
         return true;

@@ -3,6 +3,7 @@
 #include "accessservice.h"
 
 #include "actiongate.h"
+#include "actionids.h"
 
 #include <KAuth/ActionReply>
 #include <KAuth/ExecuteJob>
@@ -74,6 +75,13 @@ QString otherProgramText(const KAuth::Action &action)
 AccessService::AccessService(QObject *parent)
     : QObject(parent)
 {
+}
+
+KAuth::Action AccessService::makeAction(QLatin1String verb)
+{
+    KAuth::Action action(ActionIds::action(verb));
+    action.setHelperId(ActionIds::helper());
+    return action;
 }
 
 bool AccessService::execute(KAuth::Action &action)

@@ -23,6 +23,9 @@ class AccessService : public QObject
 public:
     explicit AccessService(QObject *parent);
 
+    /** The action of @p verb (see ActionIds), for the helper to carry out. */
+    [[nodiscard]] static KAuth::Action makeAction(QLatin1String verb);
+
     /**
      * Runs @p action and waits for its end in a nested event loop, in which timers, notifications and user
      * input are delivered: callers that can be re-entered guard themselves.

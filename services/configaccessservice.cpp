@@ -7,17 +7,6 @@
 #include <QFile>
 #include <QTextStream>
 
-namespace {
-
-KAuth::Action actionFor(QLatin1String verb)
-{
-    KAuth::Action action(ActionIds::action(verb));
-    action.setHelperId(ActionIds::helper());
-    return action;
-}
-
-} // namespace
-
 ConfigAccessService::ConfigAccessService(QObject *parent)
     : AccessService(parent)
 {
@@ -25,7 +14,7 @@ ConfigAccessService::ConfigAccessService(QObject *parent)
 
 bool ConfigAccessService::writeConfig(const QString &path, QByteArray content)
 {
-    KAuth::Action action = actionFor(ActionIds::writeConfig);
+    KAuth::Action action = makeAction(ActionIds::writeConfig);
     action.setArguments({
         {QStringLiteral("action"), QStringLiteral("writeConfig")},
         {QStringLiteral("path"), path},
@@ -57,7 +46,7 @@ bool ConfigAccessService::exportConfig(const QString &path)
         setLastError(archive.errorString());
         return false;
     }
-    KAuth::Action action = actionFor(ActionIds::exportConfig);
+    KAuth::Action action = makeAction(ActionIds::exportConfig);
     action.addArgument(QStringLiteral("output"), path);
     return execute(action);
 }
@@ -69,7 +58,7 @@ bool ConfigAccessService::importConfig(const QString &path)
         setLastError(archive.errorString());
         return false;
     }
-    KAuth::Action action = actionFor(ActionIds::importConfig);
+    KAuth::Action action = makeAction(ActionIds::importConfig);
     action.addArgument(QStringLiteral("input"), path);
     return execute(action);
 }

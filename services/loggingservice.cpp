@@ -27,8 +27,7 @@ void LoggingService::restart()
 
 void LoggingService::runCmd(const QString &command)
 {
-    KAuth::Action action(ActionIds::action(ActionIds::loggingServiceControl));
-    action.setHelperId(ActionIds::helper());
+    KAuth::Action action = makeAction(ActionIds::loggingServiceControl);
     action.addArgument(QStringLiteral("cmd"), command);
     executeAsync(action);
 }
