@@ -62,48 +62,34 @@ void ActionGate::whenFree(std::function<void()> start)
 
 void ActionGate::startInTurn(const std::function<void()> &start)
 {
-    if (m_turn.take()) {
+    m_waitsForTurn = !m_turn.take();
+    if (m_waitsForTurn) {
+        QTimer::singleShot(turnPause, this, [this, start] { startInTurn(start); });
+    } else {
         start();
-        return;
     }
-    QTimer::singleShot(turnPause, this, [this, start] { startInTurn(start); });
-}
-
-bool ActionGate::waitForOwnActions()
-{
-    while (m_busy) {
-        QEventLoop loop;
-        bool wasFreed = false;
-        connect(this, &ActionGate::freed, &loop, [&loop, &wasFreed] {
-            wasFreed = true;
-            loop.quit();
-        });
-        loop.exec();
-        // An ended application lets no event loop run any more.
-        if (!wasFreed)
-            return false;
-    }
-    return true;
 }
 
 ActionGate::Wait ActionGate::waitUntilFree(std::chrono::milliseconds limit)
 {
     const QDeadlineTimer deadline(limit);
     for (;;) {
-        if (!waitForOwnActions())
-            return Wait::ApplicationEnded;
-        if (m_turn.take())
+        if (!m_busy && m_turn.take())
             return Wait::Free;
-        if (deadline.hasExpired())
+        // An own action that runs comes to its end; one that waits itself may not.
+        if (deadline.hasExpired() && (!m_busy || m_waitsForTurn))
             return Wait::OtherProgram;
         QEventLoop loop;
-        bool hasPaused = false;
-        QTimer::singleShot(turnPause, &loop, [&loop, &hasPaused] {
-            hasPaused = true;
+        bool goesOn = false;
+        const auto goOn = [&loop, &goesOn] {
+            goesOn = true;
             loop.quit();
-        });
+        };
+        connect(this, &ActionGate::freed, &loop, goOn);
+        QTimer::singleShot(turnPause, &loop, goOn);
         loop.exec();
-        if (!hasPaused)
+        // An ended application lets no event loop run any more.
+        if (!goesOn)
             return Wait::ApplicationEnded;
     }
 }

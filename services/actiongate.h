@@ -32,7 +32,8 @@ public:
         OtherProgram, ///< the limit has passed, and another program still has an action run
     };
 
-    /** How long waitUntilFree() waits for another program's action, which may wait for a password. */
+    /** How long waitUntilFree() waits for another program's action, which may wait for a password; also where
+     * an action of this program waits for it, too. */
     static constexpr std::chrono::seconds otherProgramLimit{30};
 
     [[nodiscard]] static ActionGate &instance();
@@ -66,12 +67,12 @@ private:
 
     void helperEnded();
     void startInTurn(const std::function<void()> &start);
-    [[nodiscard]] bool waitForOwnActions();
     void ended();
 
     std::deque<std::function<void()>> m_waiting;
     const KJob *m_running = nullptr;
     bool m_busy = false;
+    bool m_waitsForTurn = false; // an action of ours, for another program's turn to end
     ProcessTurn m_turn;
     QTimer m_helperIsGone;
 };

@@ -332,6 +332,21 @@ private Q_SLOTS:
         QVERIFY(other.tryLock(0));
     }
 
+    void anActionDoesNotWaitForEverBehindOneThatWaits()
+    {
+        QLockFile other(ProcessTurn::lockPath());
+        QVERIFY(other.lock());
+        AccessService asynchronous(nullptr);
+        QSignalSpy finished(&asynchronous, &AccessService::finished);
+        KAuth::Action action = writeAction(QStringLiteral("/etc/later"));
+        asynchronous.executeAsync(action);
+        QVERIFY(ActionGate::instance().waitUntilFree(std::chrono::milliseconds(250))
+                == ActionGate::Wait::OtherProgram);
+        QCOMPARE(finished.size(), 0);
+        other.unlock();
+        QVERIFY(finished.wait());
+    }
+
     void aProgramThatHasEndedHasNoTurn()
     {
         LeashedProcess gone;
