@@ -36,7 +36,11 @@ bool survives(const QVector<QVariant> &values)
 QChar culprit(QVector<QVariant> values)
 {
     const QString address = field(values, Address);
-    for (const QChar character : address) {
+    for (int i = 0; i < address.size(); ++i) {
+        const QChar character = address.at(i);
+        if (address.indexOf(character) < i) {
+            continue; // looked at already
+        }
         values[Address] = QString(address).remove(character);
         if (!values.at(Address).toString().isEmpty() && survives(values)) {
             return character;
