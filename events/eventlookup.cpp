@@ -5,6 +5,8 @@
 
 #include "eventtreeitem.h"
 
+#include <algorithm>
+
 EventTreeItem *EventLookup::findParameter(const EventTreeItem &event, const QString &name)
 {
     if (event.kind == EventTreeItem::Subjects) {
@@ -34,16 +36,10 @@ EventTreeItem *EventLookup::findMessageParameter(const EventTreeItem &event, con
 
 EventTreeItem *EventLookup::findEvent(const EventTreeItem &root, const QString &id)
 {
-    for (int row = 0; row < root.childCount(); ++row) {
-        const EventTreeItem *group = root.eventChild(row);
-        for (int eventRow = 0; eventRow < group->childCount(); ++eventRow) {
-            EventTreeItem *event = group->eventChild(eventRow);
-            if (event->kind == EventTreeItem::Event && event->nativeName == id) {
-                return event;
-            }
-        }
-    }
-    return nullptr;
+    const QVector<EventTreeItem *> all = events(root);
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&id](const EventTreeItem *event) { return event->nativeName == id; });
+    return found == all.end() ? nullptr : *found;
 }
 
 QVector<EventTreeItem *> EventLookup::events(const EventTreeItem &root)
