@@ -4,15 +4,13 @@
 
 #include "archiveforge.h"
 #include "backupstore.h"
+#include "fulldisk.h"
 #include "safedirectory.h"
 #include "targz.h"
 #include "transfersample.h"
 
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace AdminEventsHelper;
 
@@ -458,16 +456,10 @@ void ConfigTransferTest::changesNothingWhenTheDiskTakesNoMore()
     const QByteArray large = "{\"y\": {}}" + QByteArray(20000, ' ');
     QByteArray fragment = sampleFragment();
     const TreeSnapshot before = snapshot();
-    rlimit former = {};
-    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &former), 0);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit tight = former;
-    tight.rlim_cur = 10000;
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &tight), 0);
     // The fragment comes first and fits; the settings do not.
-    const auto report = install(soundArchive({{fragmentName, fragment}, settingsEntry(large)}));
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &former), 0);
-    std::signal(SIGXFSZ, handler);
+    const auto report = asOnAFullDisk([&] {
+        return install(soundArchive({{fragmentName, fragment}, settingsEntry(large)}));
+    });
     QVERIFY(!report.ok());
     QVERIFY2(report.error().contains(QLatin1String("nivra-syslog.conf")), qPrintable(report.error()));
     QCOMPARE(snapshot(), before);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "configwriter.h"
 #include "backupstore.h"
+#include "fulldisk.h"
 #include "targetpaths.h"
 #include "treesnapshot.h"
 
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/sysmacros.h>
 #include <sys/un.h>
@@ -436,16 +436,7 @@ void ConfigWriterTest::changesNothingWhenTheDiskTakesNoMore()
     QVERIFY(write(mainPath(), "first").ok());
     QVERIFY(write(mainPath(), QByteArray(formerSize, 'a')).ok());
     const TreeSnapshot before = snapshot();
-    // A limit on the size of files fails a write in the middle, as a full disk does.
-    rlimit former = {};
-    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &former), 0);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit tight = former;
-    tight.rlim_cur = 10000;
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &tight), 0);
-    const Outcome outcome = write(mainPath(), QByteArray(newSize, 'b'));
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &former), 0);
-    std::signal(SIGXFSZ, handler);
+    const Outcome outcome = asOnAFullDisk([&] { return write(mainPath(), QByteArray(newSize, 'b')); });
     QVERIFY(!outcome.ok());
     QVERIFY2(outcome.error().contains(QLatin1String("mod-nivra.conf")), qPrintable(outcome.error()));
     QCOMPARE(snapshot(), before);

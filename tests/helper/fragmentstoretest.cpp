@@ -1,14 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "fragmentstore.h"
+#include "fulldisk.h"
 #include "samplefragment.h"
 #include "treesnapshot.h"
 
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace AdminEventsHelper;
 
@@ -129,16 +127,8 @@ void FragmentStoreTest::aFailureInTheMiddlePutsEverythingBack()
     request.fragments = {{QStringLiteral("mod-nivra-a.conf"), "new a"},
                          {QStringLiteral("mod-nivra-b.conf"), "new b"},
                          {QStringLiteral("mod-nivra-c.conf"), QByteArray(100000, 'c')}};
-    // A limit on the size of files fails the last write in the middle, as a full disk does.
-    rlimit former = {};
-    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &former), 0);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit tight = former;
-    tight.rlim_cur = 10000;
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &tight), 0);
-    const Outcome outcome = store().write(request);
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &former), 0);
-    std::signal(SIGXFSZ, handler);
+    // The last one does not fit.
+    const Outcome outcome = asOnAFullDisk([&] { return store().write(request); });
     QVERIFY(!outcome.ok());
     QVERIFY2(outcome.error().contains(QLatin1String("mod-nivra-c.conf")), qPrintable(outcome.error()));
     QCOMPARE(names(), (QStringList{QStringLiteral("mod-nivra-a.conf"), QStringLiteral("mod-nivra-c.conf")}));

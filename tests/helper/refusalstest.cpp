@@ -46,6 +46,12 @@ QString nameOf(const Hostile &hostile, const QString &key)
     return QLatin1Char('"') + (isAboutTheArgument ? key : hostile.text) + QLatin1Char('"');
 }
 
+/** A text of a request as a refusal shows it. */
+QString asShown(QString text)
+{
+    return text.replace(QLatin1Char('\n'), QChar(QChar::ReplacementCharacter));
+}
+
 QVariantMap changed(QVariantMap arguments, const QString &key, const QVariant &value)
 {
     arguments.insert(key, value);
@@ -358,7 +364,7 @@ void RefusalsTest::refusesAuditSettings_data()
         const QString identifier = QLatin1String(text);
         addRow(QLatin1String("operation ") + quoted(identifier), get,
                changed(m_fixture.sound(get), QStringLiteral("auditIDs"), QStringList{identifier}),
-               quoted(identifier));
+               quoted(asShown(identifier)));
     }
     for (const QString &text :
          {QString(longText, QLatin1Char('x')), QString(QLatin1String("open") + QChar(0))}) {
@@ -379,9 +385,9 @@ void RefusalsTest::refusesAuditSettings_data()
         const QString key = QLatin1String(text);
         addRow(QLatin1String("setting ") + quoted(key), set, changed(m_fixture.sound(set), key, 1),
                QString(QLatin1Char('"')
-                       + key.section(
+                       + asShown(key.section(
                            QLatin1Char('/'),
-                           key.count(QLatin1Char('/')) == 1 && !key.startsWith(QLatin1Char('/')) ? 1 : 0)));
+                           key.count(QLatin1Char('/')) == 1 && !key.startsWith(QLatin1Char('/')) ? 1 : 0))));
     }
     addRow(QStringLiteral("a subject nobody knows"), set,
            changed(m_fixture.sound(set), QStringLiteral("no such user/open"), 1),
