@@ -291,7 +291,8 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("Line 2: the bytes that are not UTF-8 would be lost.")});
         const LogRotateParser zero(file(QByteArray("/a {\ndaily\n}\n\0rest\n", 18)), nullptr);
         QCOMPARE(zero.scan().losses,
-                 QStringList{QStringLiteral("Line 4: everything from the zero byte to the end of the file would be lost.")});
+                 QStringList{QStringLiteral(
+                     "Line 4: everything from the zero byte to the end of the file would be lost.")});
         const LogRotateParser plain(file("/журнал {\ndaily\n}\n"), nullptr);
         QCOMPARE(plain.scan().losses, QStringList());
     }
