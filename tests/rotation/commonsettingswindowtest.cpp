@@ -1,29 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The admin-events authors
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "commonsettingsfixture.h"
+
 #include <boxanswerer.h>
-#include <commonsettingswindow.h>
-#include <configaccessservice.h>
 #include <destinationssettings.h>
 #include <filewidget.h>
-#include <leashedprocess.h>
 #include <logrotationsettings.h>
-#include <privatebus.h>
 #include <settingsexporter.h>
 #include <settingsimporter.h>
 #include <systempaths.h>
 
-#include <KLocalizedString>
-
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSpinBox>
@@ -34,106 +26,12 @@
 
 #include <sys/stat.h>
 
-namespace {
-constexpr char mainConfiguration[]
-    = "source nivra_events_src {\n    internal();\n};\n"
-      "destination nivra_json_dst {\n    file(\"/x\");\n};\n"
-      "log {\n    source(nivra_events_src);\n    destination(nivra_json_dst);\n};\n";
-constexpr char rotation[] = "/a {\n\trotate 4\n}\n";
-} // namespace
-
-/// The window over a helper that only notes what it is asked for.
-class CommonSettingsWindowTest : public QObject
+/// What the window asks of the helper, and what it tells the user.
+class CommonSettingsWindowTest : public CommonSettingsFixture
 {
     Q_OBJECT
 
-private:
-    void write(const QString &path, const QByteArray &content) const
-    {
-        QFile file(path);
-        QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-        QCOMPARE(file.write(content), content.size());
-    }
-    [[nodiscard]] static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    /// What the helper was asked for, without the paths of this run.
-    [[nodiscard]] QString asked() const
-    {
-        return QString::fromLocal8Bit(read(m_bus.root() + QStringLiteral("/asked")))
-            .remove(m_bus.root() + QLatin1Char('/'))
-            .trimmed();
-    }
-    [[nodiscard]] QString archive(const char *name) const
-    {
-        return m_bus.root() + QLatin1Char('/') + QLatin1String(name);
-    }
-
-    template <typename Widget> Widget *find(const char *name) const
-    {
-        auto *widget = m_window->findChild<Widget *>(QLatin1String(name));
-        if (!widget) {
-            qFatal("no %s", name);
-        }
-        return widget;
-    }
-    void show(const char *tab) const
-    {
-        m_window->open();
-        find<QTabWidget>("tabWidget")->setCurrentWidget(find<QWidget>(tab));
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    }
-    [[nodiscard]] QLineEdit *fileLine(const char *page) const
-    {
-        return find<QWidget>(page)->findChild<QLineEdit *>(QStringLiteral("fileLineEdit"));
-    }
-    void clickOk() const
-    {
-        QTest::mouseClick(find<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Ok), Qt::LeftButton);
-    }
-    void editRotation(int number) const { find<QSpinBox>("numberOfLogs")->setValue(number); }
-
-    PrivateBus m_bus;
-    std::unique_ptr<LeashedProcess> m_helper;
-    std::unique_ptr<ConfigAccessService> m_service;
-    std::unique_ptr<CommonSettingsWindow> m_window;
-
 private Q_SLOTS:
-    void initTestCase()
-    {
-        KLocalizedString::setLanguages({QStringLiteral("en")});
-        QVERIFY2(m_bus.start(), qPrintable(m_bus.errorString()));
-        qputenv("ADMINEVENTS_ROOT", m_bus.root().toLocal8Bit());
-        m_helper = std::make_unique<LeashedProcess>();
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("STAGED_HELPER_LOG"), m_bus.root() + QStringLiteral("/asked"));
-        m_helper->setProcessEnvironment(environment);
-        m_helper->setProcessChannelMode(QProcess::ForwardedChannels);
-        m_helper->start(QStringLiteral(STAGED_HELPER_PATH), QStringList());
-        QVERIFY(m_helper->waitForStarted());
-        QTRY_COMPARE(m_bus.helperPid(), m_helper->processId());
-        QVERIFY(QDir().mkpath(m_bus.root() + SystemPaths::eventLogDirectory()));
-    }
-
-    void init()
-    {
-        QVERIFY(m_bus.setAllowed(true));
-        QFile::remove(m_bus.root() + QStringLiteral("/asked"));
-        write(m_bus.root() + SystemPaths::mainConfiguration(), mainConfiguration);
-        write(m_bus.root() + SystemPaths::rotationFile(), rotation);
-        m_service = std::make_unique<ConfigAccessService>(nullptr);
-        m_window = std::make_unique<CommonSettingsWindow>(*m_service, nullptr);
-    }
-
-    void cleanup()
-    {
-        m_window.reset();
-        m_service.reset();
-        QVERIFY(!QGuiApplication::overrideCursor());
-    }
-
     void tabsStandInOrder()
     {
         const auto *tabs = find<QTabWidget>("tabWidget");
@@ -288,103 +186,6 @@ private Q_SLOTS:
         QCOMPARE(asked(), QStringLiteral("export bad-kept.tar.gz"));
         QCOMPARE(read(archive("bad-kept.tar.gz")), QByteArray("former"));
         QCOMPARE(QDir(m_bus.root()).entryList({QStringLiteral("bad-kept*")}).size(), 1);
-    }
-
-    void pageMayCloseWhileTheHelperWorks()
-    {
-        write(archive("slow-kept.tar.gz"), "former");
-        for (const char *tab : {"exportTab", "importTab"}) {
-            init();
-            show(tab);
-            fileLine(tab)->setText(archive("slow-kept.tar.gz"));
-            const BoxAnswerer answerer(QMessageBox::Yes);
-            QTimer::singleShot(200, this, [this] {
-                m_window.reset();
-                m_service.reset();
-            });
-            // Not by the mouse: the button does not outlive the click.
-            QMetaObject::invokeMethod(m_window.get(), &CommonSettingsWindow::accept, Qt::QueuedConnection);
-            QTRY_VERIFY(!m_window);
-            QTRY_VERIFY(asked().endsWith(QLatin1String("slow-kept.tar.gz")));
-            QTRY_COMPARE(read(archive("slow-kept.tar.gz")), QByteArray("former"));
-        }
-    }
-
-    void exportThatSucceedsAfterThePageHasClosedIsNotTakenBack()
-    {
-        write(archive("slow-new.tar.gz"), "former");
-        show("exportTab");
-        fileLine("exportTab")->setText(archive("slow-new.tar.gz"));
-        const BoxAnswerer answerer(QMessageBox::Yes);
-        QTimer::singleShot(200, this, [this] { m_window.reset(); });
-        // Not by the mouse: the button does not outlive the click.
-        QMetaObject::invokeMethod(m_window.get(), &CommonSettingsWindow::accept, Qt::QueuedConnection);
-        QTRY_VERIFY(!m_window);
-        QTRY_COMPARE(QDir(m_bus.root()).entryList({QStringLiteral("slow-new*")}),
-                     QStringList{QStringLiteral("slow-new.tar.gz")});
-        QCOMPARE(read(archive("slow-new.tar.gz")), QByteArray()); // as the helper has left it
-        QCOMPARE(answerer.boxes().size(), 1);
-    }
-
-    void pageMayCloseWhileItsRotationIsWritten()
-    {
-        write(m_bus.root() + SystemPaths::rotationFile(), "/slow-bad {\n\trotate 4\n}\n");
-        show("logRotateTab");
-        editRotation(5);
-        const BoxAnswerer answerer;
-        QTimer::singleShot(200, this, [this] { m_window.reset(); });
-        QMetaObject::invokeMethod(m_window.get(), &CommonSettingsWindow::accept, Qt::QueuedConnection);
-        QTRY_VERIFY(!m_window);
-        QTRY_VERIFY(!QGuiApplication::overrideCursor());
-        QCOMPARE(asked(), QString(QLatin1String("write ") + SystemPaths::rotationFile()));
-        QCOMPARE(answerer.boxes().size(), 0);
-    }
-
-    void pageThatClosesWhileItAsksWritesAndAnnouncesNothing_data()
-    {
-        QTest::addColumn<QString>("tab");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("rotation") << "logRotateTab"
-                                  << "";
-        QTest::newRow("export") << "exportTab"
-                                << "";
-        QTest::newRow("import") << "importTab"
-                                << "import kept.tar.gz";
-    }
-
-    void pageThatClosesWhileItAsksWritesAndAnnouncesNothing()
-    {
-        QFETCH(const QString, tab);
-        QFETCH(const QString, expected);
-        write(m_bus.root() + SystemPaths::rotationFile(), "# mine\n/a {\n\trotate 4\n}\n");
-        write(archive("kept.tar.gz"), "former");
-        show(tab.toLatin1().constData());
-        editRotation(5);
-        for (const char *page : {"exportTab", "importTab"}) {
-            fileLine(page)->setText(archive("kept.tar.gz"));
-        }
-        bool announced = false;
-        connect(m_window.get(), &CommonSettingsWindow::configurationImported, this,
-                [&announced] { announced = true; });
-        QTimer closer;
-        connect(&closer, &QTimer::timeout, this, [this] {
-            QWidget *question = QApplication::activeModalWidget();
-            if (question && question != m_window.get() && !QGuiApplication::overrideCursor()) {
-                const QPointer<QWidget> open(question);
-                m_window.reset();
-                if (open) {
-                    open->close(); // the question about the reboot belongs to no window
-                }
-            }
-        });
-        closer.start(20);
-        QMetaObject::invokeMethod(m_window.get(), &CommonSettingsWindow::accept, Qt::QueuedConnection);
-        QTRY_VERIFY(!m_window);
-        QTRY_VERIFY(!QApplication::activeModalWidget());
-        closer.stop();
-        QCOMPARE(asked(), expected);
-        QVERIFY(!announced);
-        QCOMPARE(read(archive("kept.tar.gz")), QByteArray("former"));
     }
 
     void exportThroughALinkIsRefusedBeforeAnythingIsEmptied()
@@ -555,38 +356,6 @@ private Q_SLOTS:
         QVERIFY(!m_window->isVisible());
         QCOMPARE(find<QSpinBox>("numberOfLogs")->value(), 4);
         QCOMPARE(asked(), QString());
-    }
-
-    void windowShowsThatItIsAtWork()
-    {
-        write(archive("slow.tar.gz"), "x");
-        show("importTab");
-        fileLine("importTab")->setText(archive("slow.tar.gz"));
-        fileLine("importTab")->setFocus();
-        QVERIFY(!find<QProgressBar>("busyBar")->isVisible());
-        int looks = 0;
-        QTimer timer;
-        connect(&timer, &QTimer::timeout, this, [&] {
-            if (!QApplication::activeModalWidget() || QApplication::activeModalWidget() == m_window.get()) {
-                ++looks;
-                timer.stop();
-                QVERIFY(find<QProgressBar>("busyBar")->isVisible());
-                QVERIFY(QGuiApplication::overrideCursor());
-                QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
-                QVERIFY(!find<QTabWidget>("tabWidget")->isEnabled());
-                m_window->accept();
-                m_window->close();
-                m_window->reject();
-                QVERIFY(m_window->isVisible());
-            }
-        });
-        const BoxAnswerer answerer(QMessageBox::No);
-        timer.start(100);
-        clickOk();
-        QCOMPARE(looks, 1);
-        QCOMPARE(asked(), QStringLiteral("import slow.tar.gz"));
-        QVERIFY(!m_window->isVisible());
-        QVERIFY(m_window->isEnabled());
     }
 
     void fileIsChosenInADialog_data()
