@@ -127,6 +127,41 @@ NotifyrcWork::NotifyrcWork(uid_t user, const QByteArray &home)
 
 // From here on, what is called from a run() is for the child: system calls only.
 
+namespace {
+
+/** Hands all names of a directory over, as long as that is wanted; false when they cannot be read. */
+template <typename Visitor> bool walk(int directory, const Visitor &goesOn)
+{
+    alignas(dirent64) static std::array<char, 65536> entries;
+    for (;;) {
+        const ssize_t size = ::getdents64(directory, entries.data(), entries.size());
+        if (size <= 0) {
+            return size == 0;
+        }
+        for (ssize_t at = 0; at < size;) {
+            const auto *const entry = reinterpret_cast<const dirent64 *>(entries.data() + at);
+            at += entry->d_reclen;
+            if (!goesOn(entry->d_name)) {
+                return true;
+            }
+        }
+    }
+}
+
+/** Removes what earlier changes have left that were cut short. */
+void removeLeftovers(int directory)
+{
+    // What cannot be removed goes another time.
+    (void)walk(directory, [directory](const char *name) {
+        if (NotifyrcCheck::isFileName(TemporaryName::fileNameOf(std::string_view(name)))) {
+            ::unlinkat(directory, name, 0);
+        }
+        return true;
+    });
+}
+
+} // namespace
+
 int NotifyrcWork::openHome(NotifyrcReport &report) const
 {
     const int home = ::open(m_home.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
@@ -204,31 +239,22 @@ bool NotifyrcReading::send(int pipe, int directory, const char *name, NotifyrcRe
 
 void NotifyrcReading::run(int pipe) const
 {
-    alignas(dirent64) static std::array<char, 65536> entries;
     NotifyrcReport report;
     const int home = openHome(report);
     const int directory = home < 0 ? -1 : openConfig(home, report);
     int sent = 0;
-    bool goesOn = directory >= 0;
-    while (goesOn) {
-        const ssize_t size = ::getdents64(directory, entries.data(), entries.size());
-        if (size < 0) {
-            report.fail(NotifyrcReport::Directory);
+    const auto sendOwn = [&](const char *name) {
+        if (!NotifyrcCheck::isFileName(name)) {
+            return true;
         }
-        goesOn = size > 0;
-        for (ssize_t at = 0; goesOn && at < size;) {
-            const auto *const entry = reinterpret_cast<const dirent64 *>(entries.data() + at);
-            at += entry->d_reclen;
-            if (!NotifyrcCheck::isFileName(entry->d_name)) {
-                continue;
-            }
-            if (++sent > NotifyrcFiles::countLimit) {
-                report.fail(NotifyrcReport::TooMany);
-                goesOn = false;
-            } else {
-                goesOn = send(pipe, directory, entry->d_name, report);
-            }
+        if (++sent > NotifyrcFiles::countLimit) {
+            report.fail(NotifyrcReport::TooMany);
+            return false;
         }
+        return send(pipe, directory, name, report);
+    };
+    if (directory >= 0 && !walk(directory, sendOwn)) {
+        report.fail(NotifyrcReport::Directory);
     }
     if (report.step == NotifyrcReport::Missing) {
         report.step = NotifyrcReport::Done; // there are none, then
@@ -367,6 +393,9 @@ void NotifyrcWriting::changeAll(NotifyrcReport &report) const
     }
     for (const Change &change : m_changes) {
         tidy(directory, change, goesWell);
+    }
+    if (goesWell) {
+        removeLeftovers(directory);
     }
     if (isNew && !goesWell) {
         ::unlinkat(home, ".config", AT_REMOVEDIR);

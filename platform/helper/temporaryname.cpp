@@ -7,22 +7,18 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <string>
 
 namespace AdminEventsHelper {
 
 namespace {
 
 constexpr int digitCount = 16;
+constexpr std::string_view mark(".adminevents-");
 
-QString prefixFor(const QString &fileName)
+bool isHexDigit(char c)
 {
-    return QLatin1Char('.') + fileName + QLatin1String(".adminevents-");
-}
-
-bool isHexDigit(QChar c)
-{
-    return (c >= QLatin1Char('0') && c <= QLatin1Char('9'))
-        || (c >= QLatin1Char('a') && c <= QLatin1Char('f'));
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
 }
 
 } // namespace
@@ -30,19 +26,29 @@ bool isHexDigit(QChar c)
 QString TemporaryName::make(const QString &fileName)
 {
     const quint64 number = QRandomGenerator::system()->generate64();
-    return prefixFor(fileName) + QStringLiteral("%1~").arg(number, digitCount, 16, QLatin1Char('0'));
+    return QLatin1Char('.') + fileName + QLatin1String(mark.data(), int(mark.size()))
+        + QStringLiteral("%1~").arg(number, digitCount, 16, QLatin1Char('0'));
+}
+
+std::string_view TemporaryName::fileNameOf(std::string_view entry)
+{
+    // What make() puts around the name.
+    constexpr size_t behind = mark.size() + digitCount + 1;
+    if (entry.size() <= 1 + behind || entry.front() != '.' || entry.back() != '~') {
+        return {};
+    }
+    const std::string_view tail = entry.substr(entry.size() - behind);
+    const std::string_view digits = tail.substr(mark.size(), digitCount);
+    return tail.starts_with(mark) && std::all_of(digits.cbegin(), digits.cend(), isHexDigit)
+        ? entry.substr(1, entry.size() - 1 - behind)
+        : std::string_view();
 }
 
 QString TemporaryName::fileNameOf(const QString &entry)
 {
-    // What prefixFor() and make() put around the name.
-    const int nameSize = entry.size() - prefixFor(QString()).size() - digitCount - 1;
-    if (nameSize <= 0 || !entry.endsWith(QLatin1Char('~'))
-        || !std::all_of(entry.cend() - 1 - digitCount, entry.cend() - 1, isHexDigit)) {
-        return {};
-    }
-    const QString name = entry.mid(1, nameSize);
-    return entry.startsWith(prefixFor(name)) ? name : QString();
+    const std::string bytes = entry.toStdString();
+    const std::string_view name = fileNameOf(std::string_view(bytes));
+    return QString::fromUtf8(name.data(), int(name.size()));
 }
 
 bool TemporaryName::matches(const QString &entry, const QString &fileName)

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <string_view>
+
 namespace AdminEventsHelper {
 
 /**
@@ -23,6 +25,8 @@ bool matches(const QString &entry, const QString &fileName);
 
 /** The file that a temporary name was made for; empty when the entry is no temporary name. */
 QString fileNameOf(const QString &entry);
+/** The same, a part of the entry's text. Allocates nothing. */
+std::string_view fileNameOf(std::string_view entry);
 
 /** Removes what a crash left of earlier writes of this file; fails when a leftover cannot be removed. */
 Outcome removeLeftovers(const SafeDirectory &directory, const QString &fileName);

@@ -44,7 +44,7 @@ public:
 
     /**
      * Replaces, makes and removes files, all of them or none; a missing directory is made. What a file was
-     * before stays in the file of its name and "~".
+     * before stays in the file of its name and "~". What earlier changes left half-written goes.
      */
     Outcome change(const Changes &changes) const;
 

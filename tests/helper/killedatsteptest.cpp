@@ -140,6 +140,7 @@ void KilledAtStepTest::leavesAUsersOwnFilesOldOrNew()
     const UserNotifications::Changes changes{
         {replaced, QByteArray("new")}, {removed, std::nullopt}, {made, QByteArray("made")}};
     QSet<QByteArrayList> states;
+    int halfway = 0;
     for (int step = 1; step < stepLimit; ++step) {
         QTemporaryDir home;
         const QString directory = home.filePath(QStringLiteral(".config/"));
@@ -164,9 +165,18 @@ void KilledAtStepTest::leavesAUsersOwnFilesOldOrNew()
             && (state.at(2).isNull() || state.at(2) == "made");
         QVERIFY2(isSound, qPrintable(QString::number(step)));
         states << state;
+        halfway += ChangeSample::temporaryFilesBelow(home.path()).isEmpty() ? 0 : 1;
+        // The next change of another file.
+        const UserNotifications own(::geteuid(), home.path());
+        const Outcome next
+            = own.change({{QStringLiteral("nivra-event-watcher_d.notifyrc"), QByteArray("next")}});
+        QVERIFY2(next.ok(), qPrintable(next.error()));
+        const QStringList leftovers = ChangeSample::temporaryFilesBelow(home.path());
+        QVERIFY2(leftovers.isEmpty(), qPrintable(leftovers.join(QLatin1Char(' '))));
         if (end == End::Done) {
             QCOMPARE(state, (QByteArrayList{"new", QByteArray(), "made"}));
             QVERIFY(states.size() > 2);
+            QVERIFY(halfway > 0);
             return;
         }
     }

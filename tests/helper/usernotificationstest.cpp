@@ -36,6 +36,7 @@ private Q_SLOTS:
     void readsTheWatchersFilesAndNoOthers();
     void aMissingDirectoryHoldsNone();
     void replacesMakesAndRemoves();
+    void removesWhatAnEarlierChangeLeft();
     void makesAMissingDirectory();
     void changesWhatIsDifferentOnly();
     void refusesWhatIsNoRegularFile_data();
@@ -119,6 +120,28 @@ void UserNotificationsTest::replacesMakesAndRemoves()
                           QStringLiteral("other")}));
     QCOMPARE(getFile(config(first + QLatin1Char('~'))), QByteArray("first"));
     QCOMPARE(getFile(config(second + QLatin1Char('~'))), QByteArray("second"));
+}
+
+void UserNotificationsTest::removesWhatAnEarlierChangeLeft()
+{
+    const auto halfWritten = [](const QString &name) {
+        return QString(QLatin1Char('.') + name + QStringLiteral(".adminevents-"));
+    };
+    const QString left = halfWritten(third) + QStringLiteral("0123456789abcdef~");
+    // Nearly, or of somebody else.
+    const QStringList others{halfWritten(third) + QStringLiteral("0123456789abcdef"),
+                             halfWritten(third) + QStringLiteral("0123456789abcde~"),
+                             halfWritten(third) + QStringLiteral("0123456789abcdeF~"),
+                             halfWritten(QStringLiteral("other")) + QStringLiteral("0123456789abcdef~")};
+    for (const QString &name : others + QStringList{left}) {
+        QVERIFY(putFile(config(name), "half"));
+    }
+    expectRefusal(own(), {{QStringLiteral("a/b"), QByteArray("x")}}, QStringLiteral("cannot be"));
+    QVERIFY(own().change({{first, QByteArray("new")}}).ok());
+    QVERIFY(!QFile::exists(config(left)));
+    for (const QString &name : others) {
+        QVERIFY2(QFile::exists(config(name)), qPrintable(name));
+    }
 }
 
 void UserNotificationsTest::makesAMissingDirectory()
