@@ -12,6 +12,8 @@
 
 #include <array>
 
+#include <csignal>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 using namespace NivraRecorder;
@@ -42,7 +44,6 @@ public:
         std::array<char, chunk> bytes;
         const ssize_t count = ::read(STDIN_FILENO, bytes.data(), bytes.size());
         if (count <= 0) {
-            record(m_assembler.takeAll());
             return false;
         }
         m_buffer.append(bytes.data(), int(count));
@@ -59,6 +60,9 @@ public:
     }
 
     void catchUp() { record(m_assembler.takeOverdue()); }
+
+    /** Nothing more will come. */
+    void finish() { record(m_assembler.takeAll()); }
 
 private:
     void take(const QByteArray &line)
@@ -97,10 +101,33 @@ private:
     QByteArray m_buffer;
 };
 
+/**
+ * The audit daemon passes two signals on (auditd-plugins(5)): SIGHUP to read settings again, which happens by
+ * itself, and SIGTERM to end.
+ * @return a descriptor that tells of them (signalfd(2)).
+ */
+int openSignals()
+{
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    ::sigaddset(&signals, SIGHUP);
+    ::sigaddset(&signals, SIGTERM);
+    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    return ::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+/** Takes one signal; whether it asks to end. */
+bool asksToEnd(int signals)
+{
+    signalfd_siginfo signal = {};
+    return ::read(signals, &signal, sizeof(signal)) == sizeof(signal) && signal.ssi_signo == SIGTERM;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    const int signalDescriptor = openSignals();
     QCoreApplication application(argc, argv);
     const bool readsJournal = QCoreApplication::arguments().contains(QStringLiteral("--journal"));
     // The catalog library follows the same variable.
@@ -111,8 +138,16 @@ int main(int argc, char **argv)
             QCoreApplication::quit();
         }
     });
+    QSocketNotifier signals(signalDescriptor, QSocketNotifier::Read);
+    QObject::connect(&signals, &QSocketNotifier::activated, &application, [signalDescriptor] {
+        if (asksToEnd(signalDescriptor)) {
+            QCoreApplication::quit();
+        }
+    });
     QTimer overdue;
     QObject::connect(&overdue, &QTimer::timeout, &application, [&] { recorder.catchUp(); });
     overdue.start(500);
-    return QCoreApplication::exec();
+    const int code = QCoreApplication::exec();
+    recorder.finish();
+    return code;
 }

@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <csignal>
+
 /** The program on the audit daemon's lines, and a real syslog-ng that logs what it makes of them. */
 class RecorderTest : public QObject
 {
@@ -41,6 +43,7 @@ private:
 private Q_SLOTS:
     void auditEventsReachTheEventLog();
     void anEventWithoutAnEndIsRecordedToo();
+    void theDaemonsSignalsAreHeeded();
     void messagesOfTheJournalReachTheEventLog();
     void withoutTheServiceNothingHangs();
 };
@@ -103,6 +106,31 @@ void RecorderTest::anEventWithoutAnEndIsRecordedToo()
     recorder.closeWriteChannel();
     QVERIFY(recorder.waitForFinished());
     QTRY_COMPARE(sandbox.logged().size(), 2);
+}
+
+void RecorderTest::theDaemonsSignalsAreHeeded()
+{
+    if (!LoggingSandbox::hasSyslogNg()) {
+        QSKIP("needs syslog-ng");
+    }
+    LoggingSandbox sandbox;
+    prepare(sandbox);
+    QVERIFY2(sandbox.start(), sandbox.output().constData());
+    QProcess recorder;
+    QVERIFY(start(recorder, sandbox));
+    recorder.write(passwdWritten("1"));
+    QTRY_COMPARE(sandbox.logged().size(), 1);
+    QCOMPARE(::kill(pid_t(recorder.processId()), SIGHUP), 0);
+    recorder.write(passwdWritten("2"));
+    QTRY_COMPARE(sandbox.logged().size(), 2);
+    // Of an event whose end is still to come nothing is lost.
+    const QByteArray lines = passwdWritten("3");
+    recorder.write(lines.left(lines.indexOf("type=EOE")) + passwdWritten("4"));
+    QTRY_COMPARE(sandbox.logged().size(), 3);
+    QCOMPARE(::kill(pid_t(recorder.processId()), SIGTERM), 0);
+    QVERIFY(recorder.waitForFinished());
+    QCOMPARE(recorder.exitStatus(), QProcess::NormalExit);
+    QTRY_COMPARE(sandbox.logged().size(), 4);
 }
 
 void RecorderTest::messagesOfTheJournalReachTheEventLog()
