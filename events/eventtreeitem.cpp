@@ -85,6 +85,11 @@ bool EventTreeItem::isNotificationOn() const
     return notificationState == NotificationOn || notificationState == NotificationSwitchedOn;
 }
 
+QString EventTreeItem::shownName() const
+{
+    return localizedName.isEmpty() ? value(0).toString() : localizedName;
+}
+
 bool EventTreeItem::isSubject() const
 {
     const EventTreeItem *parent = parentItem();

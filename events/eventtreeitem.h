@@ -60,6 +60,8 @@ public:
     [[nodiscard]] bool hasAuditRules() const { return m_hasAuditRules; }
     void setHasAuditRules(bool hasAuditRules) { m_hasAuditRules = hasAuditRules; }
     [[nodiscard]] bool isNotificationOn() const;
+    /// The name in the user's language, or else the one in column 0.
+    [[nodiscard]] QString shownName() const;
 
     /**
      * True for a user or group below a "users" or "groups" object. Its native

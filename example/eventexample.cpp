@@ -8,6 +8,7 @@
 #include <coreutils.h>
 #include <eventlookup.h>
 #include <eventtreeitem.h>
+#include <guiutils.h>
 #include <jsontext.h>
 #include <localekeeper.h>
 #include <systempaths.h>
@@ -20,15 +21,10 @@
 #include <QStandardItemModel>
 
 namespace {
-QString displayName(const EventTreeItem &item)
-{
-    return item.localizedName.isEmpty() ? item.value(0).toString() : item.localizedName;
-}
-
 QString typeName(const EventTreeItem &event)
 {
     const EventTreeItem *type = event.parentItem();
-    return type ? displayName(*type) : QString();
+    return type ? type->shownName() : QString();
 }
 
 /// Appends a member of a JSON object, in front of which @p record may hold another one.
@@ -96,7 +92,7 @@ QVector<EventExample::Field> EventExample::extendedFields(const EventTreeItem &e
         // The time of the record stands in a place of its own; hidden nodes are records of a merge.
         if (parameter.visible && parameter.nativeName != QLatin1String("time")) {
             fields.append(
-                {parameter.nativeName, displayName(parameter), getDummyDataFromFile(parameter.nativeName)});
+                {parameter.nativeName, parameter.shownName(), getDummyDataFromFile(parameter.nativeName)});
         }
     }
     return fields;
@@ -115,10 +111,10 @@ void EventExample::prepareExample(EventTreeItem *item)
         = [this, &row](const QString &name, const QString &value) { insertParamInModel(row++, name, value); };
     insert(i18n("№"), QStringLiteral("1"));
     insert(i18n("Date and time"), getDummyDataFromFile(QStringLiteral("time")));
-    insert(id ? displayName(*id) : idKey, messageId);
+    insert(id ? id->shownName() : idKey, messageId);
     insert(i18n("Event type"), typeName(*item));
     insert(i18n("Priority"), getDummyDataFromFile(QStringLiteral("priority")));
-    insert(i18n("Event name"), displayName(*item));
+    insert(i18n("Event name"), item->shownName());
     insert(i18n("Source"), getDummyDataFromFile(QStringLiteral("source")));
     const QVector<Field> fields = extendedFields(*item);
     for (const Field &field : fields) {
@@ -140,7 +136,7 @@ QString EventExample::recordText(const EventTreeItem &event, const QString &mess
     const bool russian = language == QLatin1String("Russian");
     if (russian || language == QLatin1String("English")) {
         const QString suffix = russian ? QStringLiteral("_ru") : QStringLiteral("_en");
-        appendMember(record, QLatin1String("name") + suffix, displayName(event));
+        appendMember(record, QLatin1String("name") + suffix, event.shownName());
         appendMember(record, QLatin1String("type") + suffix, typeName(event));
     }
     const QVector<Field> fields = extendedFields(event);
@@ -176,7 +172,5 @@ void EventExample::showExample()
                                     path));
         box.exec();
     }
-    show();
-    raise();
-    activateWindow();
+    Gui::Utils::bringUp(*this);
 }

@@ -10,6 +10,8 @@
 #include "settingsimporter.h"
 #include "ui_commonsettingswindow.h"
 
+#include <guiutils.h>
+
 #include <KLocalizedString>
 
 #include <QPointer>
@@ -60,9 +62,7 @@ void CommonSettingsWindow::open()
         m_settingsExporter->clear();
         m_settingsImporter->clear();
     }
-    show();
-    raise();
-    activateWindow();
+    Gui::Utils::bringUp(*this);
 }
 
 void CommonSettingsWindow::openDestinationSettings()

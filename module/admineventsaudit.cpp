@@ -11,7 +11,6 @@
 #include <eventtreeitem.h>
 #include <guiutils.h>
 #include <longwork.h>
-#include <systempaths.h>
 
 #include <KLocalizedString>
 #include <KMessageWidget>
@@ -46,9 +45,7 @@ void AdminEventsModule::editAudited(const QModelIndex &index)
     dialog.setWindowTitle(name.data().toString());
     dialog.setTableData(index.siblingAtColumn(jsonColumn).data().toString());
     dialog.setDialogType(users ? AuditDialog::Users : AuditDialog::Groups);
-    dialog.show();
-    dialog.raise();
-    dialog.activateWindow();
+    Gui::Utils::bringUp(dialog);
 }
 
 void AdminEventsModule::auditSettingsAccepted(const QList<QVariant> &result)
@@ -118,7 +115,7 @@ AdminEventsModule::AuditSave AdminEventsModule::saveAuditSettings()
     showError(i18n("The events were saved, but the audit settings of users and groups were not: %1",
                    m_auditKeeper->writeError()));
     // The page stays as it is, and with it what it knows of the file that it has just written.
-    m_loadedSettings = readSettingsFile(SystemPaths::resolve(SystemPaths::eventSettingsFile())).contentHash;
+    m_loadedSettings = presentSettings().contentHash;
     return AuditSave::Failed;
 }
 

@@ -7,6 +7,7 @@
 #include <diskspacemondialog.h>
 #include <eventtreeitem.h>
 #include <filesdialog.h>
+#include <guiutils.h>
 #include <watchedlists.h>
 
 #include <KLocalizedString>
@@ -14,13 +15,6 @@
 
 namespace {
 constexpr int jsonColumn = 2;
-
-void bringUp(QDialog &dialog)
-{
-    dialog.show();
-    dialog.raise();
-    dialog.activateWindow();
-}
 } // namespace
 
 FilesDialog &AdminEventsModule::filesDialog()
@@ -52,14 +46,14 @@ void AdminEventsModule::editWatched(const QModelIndex &index)
         dialog.setWindowTitle(name.data().toString());
         dialog.setDialogType(files ? FilesDialog::Files : FilesDialog::Directories);
         dialog.setData(index.data());
-        bringUp(dialog);
+        Gui::Utils::bringUp(dialog);
     }
     if (name.data(CheckableTreeModel::DirectoriesRole).toBool()) {
         m_editedDirectories = NodeAddress(*itemAt(index));
         DiskSpaceMonDialog &dialog = diskSpaceDialog();
         dialog.setWindowTitle(name.data().toString());
         dialog.setData(index.siblingAtColumn(jsonColumn).data().toString());
-        bringUp(dialog);
+        Gui::Utils::bringUp(dialog);
     }
 }
 

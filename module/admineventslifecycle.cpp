@@ -59,12 +59,12 @@ void endForIncorrectEvents(QWidget *page)
         QMessageBox::Ok);
     QCoreApplication::exit(-1);
 }
+} // namespace
 
-SettingsFile presentSettings()
+SettingsFile AdminEventsModule::presentSettings()
 {
     return readSettingsFile(SystemPaths::resolve(SystemPaths::eventSettingsFile()));
 }
-} // namespace
 
 void AdminEventsModule::access()
 {

@@ -165,8 +165,8 @@ private:
     void notificationAccepted(const QString &messageId, const QStringList &lines);
     void notificationRejected();
     void detachNotificationDialog();
-    /// Whether the notification dialog shows this event; then it is brought to the front.
-    bool isNotificationDialogOf(const EventTreeItem &event);
+    /// Brings the notification dialog to the front when it shows this event; false when it does not.
+    bool bringUpNotificationDialogOf(const EventTreeItem &event);
     [[nodiscard]] bool isNotificationDialogFree();
     void notificationSettingsFromViewer(const QString &second, const QString &first);
     void readNotificationsSettings();
@@ -182,6 +182,7 @@ private:
     [[nodiscard]] QString notificationsUpdated() const;
 
     // Loading and saving
+    [[nodiscard]] static SettingsFile presentSettings();
     [[nodiscard]] bool checkEventSettingsDirectory();
     void showSettingsFileState(const SettingsFile &settings);
     void configurationImported();

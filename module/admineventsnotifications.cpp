@@ -115,7 +115,7 @@ void AdminEventsModule::switchDbus(EventTreeItem *item, bool on)
 
 void AdminEventsModule::notificationSettings(EventTreeItem *item)
 {
-    if (isNotificationDialogOf(*item)) { // a new notification has nothing to be read yet
+    if (bringUpNotificationDialogOf(*item)) { // a new notification has nothing to be read yet
         return;
     }
     const QString messageId = EventMessage::id(*item);
@@ -141,7 +141,7 @@ void AdminEventsModule::setNotificationOn(const QString &eventId, const QString 
     if (!event) {
         return;
     }
-    if (isNotificationDialogOf(*event)) {
+    if (bringUpNotificationDialogOf(*event)) {
         return;
     }
     DBusDialog &dialog = dbusDialog();
@@ -166,9 +166,7 @@ void AdminEventsModule::setNotificationOn(const QString &eventId, const QString 
     if (type == NotificationsDialogType::New) {
         setNotificationState(*event, EventTreeItem::NotificationSwitchedOn);
     }
-    dialog.show();
-    dialog.raise();
-    dialog.activateWindow();
+    Gui::Utils::bringUp(dialog);
 }
 
 void AdminEventsModule::notificationAccepted(const QString &messageId, const QStringList &lines)
@@ -195,13 +193,12 @@ void AdminEventsModule::detachNotificationDialog()
     }
 }
 
-bool AdminEventsModule::isNotificationDialogOf(const EventTreeItem &event)
+bool AdminEventsModule::bringUpNotificationDialogOf(const EventTreeItem &event)
 {
     if (!m_dbusDialog || !m_dbusDialog->isVisible() || m_dbusDialog->event() != &event) {
         return false;
     }
-    m_dbusDialog->raise();
-    m_dbusDialog->activateWindow();
+    Gui::Utils::bringUp(*m_dbusDialog);
     return true;
 }
 
@@ -214,8 +211,7 @@ bool AdminEventsModule::isNotificationDialogFree()
                              i18n("Accept or cancel the notification settings of “%1” first.",
                                   m_dbusDialog->event()->data(0).toString()),
                              QMessageBox::Ok);
-    m_dbusDialog->raise();
-    m_dbusDialog->activateWindow();
+    Gui::Utils::bringUp(*m_dbusDialog);
     return false;
 }
 

@@ -19,14 +19,6 @@
 
 #include <QMediaPlayer>
 
-namespace {
-/// The name that the page shows for a parameter.
-QString shownName(const EventTreeItem &parameter)
-{
-    return parameter.localizedName.isEmpty() ? parameter.data(0).toString() : parameter.localizedName;
-}
-} // namespace
-
 DBusDialog::DBusDialog(ConfigAccessService &configAccess, LoggingService &loggingService, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui_DBusDialog>())
@@ -162,7 +154,7 @@ void DBusDialog::fillParameters()
         const EventTreeItem *parameters = m_event->findChildTopLevelByNativeName(list);
         for (int row = 0; parameters && row < parameters->childCount(); ++row) {
             const EventTreeItem *parameter = parameters->eventChild(row);
-            const QString shown = shownName(*parameter).remove(QLatin1Char('&'));
+            const QString shown = parameter->shownName().remove(QLatin1Char('&'));
             if (!m_params.contains(shown)) {
                 m_params.insert(shown, parameter->nativeName);
             }

@@ -8,6 +8,13 @@
 
 namespace Gui::Utils {
 
+void bringUp(QWidget &window)
+{
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
 QMessageBox::StandardButton showText(QWidget *parent, QMessageBox::Icon icon, const QString &title,
                                      const QString &text, QMessageBox::StandardButtons buttons,
                                      QMessageBox::StandardButton defaultButton)

@@ -7,8 +7,12 @@
 
 class QWidget;
 
-/** Message boxes that go with saving; each blocks in a nested event loop until it is closed. */
+/** What windows of several folders do alike. A message box blocks in a nested event loop until it is closed.
+ */
 namespace Gui::Utils {
+
+/** Shows @p window above the others and gives it the focus, whether it was shown before or not. */
+void bringUp(QWidget &window);
 
 /**
  * Shows @p text as it stands, whatever in it looks like markup. @p parent may be destroyed meanwhile.
