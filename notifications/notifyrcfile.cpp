@@ -37,7 +37,12 @@ QString NotifyrcFile::replaceGroup(const QString &key, const QStringList &conten
     }
     QDir().mkpath(QFileInfo(m_path).path());
     QSaveFile file(m_path);
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+    bool written = file.open(QIODevice::WriteOnly);
+    if (written && m_file.state == RegularFile::Absent) {
+        // Like every settings file that the desktop makes.
+        written = file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+    written = written && file.write(text) == text.size() && file.commit();
     return written
         ? QString()
         : i18n("The notification settings in %1 cannot be written: %2.", m_path, file.errorString());

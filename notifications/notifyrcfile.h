@@ -19,8 +19,8 @@ public:
     [[nodiscard]] NotifyrcGroup group(const QString &key) const;
 
     /**
-     * Replaces the notification's group (see NotifyrcText::withGroup()), making the file and its directory
-     * when they are missing. A crash leaves the old file or the new one.
+     * Replaces the notification's group (see NotifyrcText::withGroup()), making the file, for its user alone,
+     * and its directory when they are missing. A crash leaves the old file or the new one.
      * @return why it was not written, translated; empty when it was. A file that cannot be read stays.
      */
     [[nodiscard]] QString replaceGroup(const QString &key, const QStringList &content) const;

@@ -23,7 +23,7 @@ private Q_SLOTS:
     void replacesOneGroupAndKeepsTheRest();
     void theSecondRewriteChangesNothing_data();
     void theSecondRewriteChangesNothing();
-    void makesTheFileAndItsDirectory();
+    void makesTheFileForItsUserAloneAndItsDirectory();
     void leavesAFileThatCannotBeRead();
     void keepsTheRightsOfTheFile();
     void tellsWhyItCannotBeWritten();
@@ -138,7 +138,7 @@ void NotifyrcTextTest::theSecondRewriteChangesNothing()
     QCOMPARE(NotifyrcText::withGroup(after, QStringLiteral("key"), content()), after);
 }
 
-void NotifyrcTextTest::makesTheFileAndItsDirectory()
+void NotifyrcTextTest::makesTheFileForItsUserAloneAndItsDirectory()
 {
     m_machine.reset();
     QVERIFY(QDir(m_machine.path("/root")).removeRecursively());
@@ -146,6 +146,9 @@ void NotifyrcTextTest::makesTheFileAndItsDirectory()
     const QString problem = NotifyrcFile(path).replaceGroup(QStringLiteral("key"), content());
     QVERIFY2(problem.isEmpty(), qPrintable(problem));
     QCOMPARE(m_machine.read(path), written);
+    struct stat status = {};
+    QCOMPARE(::stat(QFile::encodeName(path).constData(), &status), 0);
+    QCOMPARE(status.st_mode & 0777, 0600U);
 }
 
 void NotifyrcTextTest::leavesAFileThatCannotBeRead()
