@@ -107,7 +107,10 @@ Copy copyFor(const QString &homeRoot, const QString &user, const QByteArray &fil
     const uid_t uid = account->pw_uid;
     const QByteArray homePath = QFile::encodeName(homeRoot + QLatin1Char('/') + user);
     const Descriptor home(::open(homePath.constData(), directoryFlags));
-    if (!home.isValid() || !belongsTo(home, uid)) {
+    if (!home.isValid()) {
+        return Copy::Failed; // a link, for one
+    }
+    if (!belongsTo(home, uid)) {
         return Copy::NoUser;
     }
     const bool made = ::mkdirat(home.get(), ".config", privateDirectory) == 0;

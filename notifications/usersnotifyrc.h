@@ -13,8 +13,8 @@ namespace Core::Utils {
  * for each directory NAME under @p homeRoot that is the home of the user NAME, ".config" and the source's
  * file name in it. A file in its place is replaced. The copy is handed over to the user with chown(1).
  *
- * Directories that are no user's, such as ".pdp", are passed over, and no symbolic link is followed: the
- * directories belong to others, and this runs as root.
+ * Directories that are no user's, such as ".pdp", are passed over, and no symbolic link is followed, not even
+ * in the place of a home: the directories belong to others, and this runs as root.
  *
  * @param failed where given, takes the names of the users who could not be given a copy
  * @return true when there is a copy for at least one user and none failed

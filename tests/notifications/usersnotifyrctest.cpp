@@ -23,8 +23,8 @@ private Q_SLOTS:
     void everyUserGetsACopyOfHisOwn();
     void replacesWhatWasThere();
     void passesOverWhatIsNoUsersHome();
-    void followsNoLink_data();
-    void followsNoLink();
+    void followsNoLinkAndSaysWhoGotNothing_data();
+    void followsNoLinkAndSaysWhoGotNothing();
     void oneFailureLeavesTheOthersTheirCopies();
     void nothingToCopyIsNoSuccess();
 
@@ -125,7 +125,7 @@ void UsersNotifyrcTest::passesOverWhatIsNoUsersHome()
     }
 }
 
-void UsersNotifyrcTest::followsNoLink_data()
+void UsersNotifyrcTest::followsNoLinkAndSaysWhoGotNothing_data()
 {
     QTest::addColumn<QString>("link");
     QTest::newRow("configuration directory") << QStringLiteral(".config");
@@ -134,7 +134,7 @@ void UsersNotifyrcTest::followsNoLink_data()
     QTest::newRow("home") << QString();
 }
 
-void UsersNotifyrcTest::followsNoLink()
+void UsersNotifyrcTest::followsNoLinkAndSaysWhoGotNothing()
 {
     QFETCH(QString, link);
     const QString victim = m_machine.path("/etc/victim");
@@ -152,7 +152,10 @@ void UsersNotifyrcTest::followsNoLink()
         m_machine.write(victim, "precious");
     }
     QVERIFY(QFile::link(victim, place));
-    QCOMPARE(copy(), !isDirectory);
+    QFile source(m_machine.ownFile("first"));
+    QStringList failed;
+    QCOMPARE(Core::Utils::makeNotifyrcForUsers(m_machine.path("/home"), source, &failed), !isDirectory);
+    QCOMPARE(failed, isDirectory ? QStringList{m_me.name} : QStringList());
     if (isDirectory) {
         QVERIFY(QDir(victim).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
     } else {
