@@ -84,6 +84,7 @@ void AuditDialog::setTableData(const QString &json)
     }
     m_ui->filterEdit->clear();
     m_model->updateData(records);
+    m_given = m_model->records();
     m_ui->auditTableView->sortByColumn(AuditTableModel::Name, Qt::AscendingOrder);
     m_ui->auditTableView->scrollToTop();
     m_ui->filterEdit->setFocus();

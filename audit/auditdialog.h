@@ -39,6 +39,8 @@ public:
     void setDialogType(DialogType type);
     /// Fills the table; a text of another form leaves it empty.
     void setTableData(const QString &json);
+    /// Whether the table is another one than setTableData() gave.
+    [[nodiscard]] bool isEdited() const { return m_model->records() != m_given; }
 
 Q_SIGNALS:
     /// The dialog was accepted; one entry, the JSON text of all rows, shown or not.
@@ -58,4 +60,5 @@ private:
     std::unique_ptr<Ui_AuditDialog> m_ui;
     AuditTableModel *m_model;
     AuditFilterModel *m_filter;
+    QVector<AuditRecord> m_given;
 };

@@ -10,4 +10,6 @@ struct AuditRecord
     QString name;
     bool success = false;
     bool failure = false;
+
+    [[nodiscard]] bool operator==(const AuditRecord &other) const = default;
 };

@@ -19,6 +19,7 @@ public:
 
     /// Replaces all rows.
     void updateData(const QList<AuditRecord> &records);
+    [[nodiscard]] const QVector<AuditRecord> &records() const { return m_records; }
     /// The record of that row; an empty one for a row that does not exist.
     [[nodiscard]] AuditRecord getRecord(int row) const;
     /// Switches one outcome of many rows, and tells it once. @param column Success or Failure

@@ -81,6 +81,11 @@ void DiskSpaceMonDialog::setData(const QString &text)
     selectionChanged();
 }
 
+bool DiskSpaceMonDialog::isEdited() const
+{
+    return m_model->rows() != m_givenRows;
+}
+
 void DiskSpaceMonDialog::addNewDirectory()
 {
     QFileDialog chooser(this, i18n("Choose a directory to monitor"), QStringLiteral("/"));
@@ -143,7 +148,7 @@ void DiskSpaceMonDialog::accept()
     if (std::exchange(m_rejected, false)) {
         return; // the value that was typed is not in the table, and the dialog says why
     }
-    const bool edited = m_model->rows() != m_givenRows;
+    const bool edited = isEdited();
     const QModelIndex bad = edited ? m_model->firstProblem() : QModelIndex();
     if (bad.isValid()) {
         m_ui->directoriesTable->setCurrentIndex(bad);

@@ -24,6 +24,8 @@ public:
 
     /// @param text a JSON array as DiskLimits::fromJson() reads it; anything else empties the table
     void setData(const QString &text);
+    /// Whether the table is another one than setData() gave.
+    [[nodiscard]] bool isEdited() const;
     [[nodiscard]] DiskLimitsModel *model() const { return m_model; }
 
     /// Has a directory chosen and appends it.

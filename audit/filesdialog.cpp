@@ -182,15 +182,15 @@ void FilesDialog::showProblem(const QString &text) const
 
 void FilesDialog::on_buttonBox_accepted()
 {
-    const QStringList edited = paths();
-    for (int row = 0; row < edited.size() && edited != m_given; ++row) {
-        const QString problem = WatchPathCheck::problem(edited.at(row), target());
+    const QStringList listed = paths();
+    for (int row = 0; isEdited() && row < listed.size(); ++row) {
+        const QString problem = WatchPathCheck::problem(listed.at(row), target());
         if (!problem.isEmpty()) {
             m_ui->filesList->setCurrentRow(row);
             showProblem(problem);
             return;
         }
     }
-    Q_EMIT fileListEdited(WatchedPaths::toText(edited));
+    Q_EMIT fileListEdited(WatchedPaths::toText(listed));
     accept();
 }

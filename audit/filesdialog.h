@@ -34,6 +34,8 @@ public:
     void setData(const QVariant &value);
     /// The paths as they are shown.
     [[nodiscard]] QStringList paths() const;
+    /// Whether the list is another one than setData() gave.
+    [[nodiscard]] bool isEdited() const { return paths() != m_given; }
 
     /// Has a path chosen and appends it.
     void addNewFile();

@@ -11,6 +11,7 @@
 #include <eventreset.h>
 #include <eventsproxymodel.h>
 #include <eventtreeitem.h>
+#include <guiutils.h>
 #include <singleeventsparser.h>
 
 #include <KLocalizedString>
@@ -18,6 +19,7 @@
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMessageBox>
 
 namespace {
 constexpr int valueColumn = 1;
@@ -70,6 +72,21 @@ void AdminEventsModule::editEvent(const QModelIndex &index)
     }
     editWatched(index);
     editAudited(index);
+}
+
+bool AdminEventsModule::keepEdits(QDialog &dialog, bool isEdited, bool showsNode)
+{
+    if (!dialog.isVisible() || !isEdited) {
+        return false;
+    }
+    if (!showsNode) {
+        QMessageBox::information(
+            this, dialog.windowTitle(),
+            i18n("Accept or cancel the changes in the window “%1” first.", dialog.windowTitle()),
+            QMessageBox::Ok);
+    }
+    Gui::Utils::bringUp(dialog);
+    return true;
 }
 
 void AdminEventsModule::contextMenuRequested(const QPoint &position)

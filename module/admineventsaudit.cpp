@@ -40,8 +40,12 @@ void AdminEventsModule::editAudited(const QModelIndex &index)
         || item->kind != EventTreeItem::Subjects) {
         return;
     }
-    m_editedSubjects = NodeAddress(*item);
+    const NodeAddress subjects(*item);
     AuditDialog &dialog = auditDialog();
+    if (keepEdits(dialog, dialog.isEdited(), subjects == m_editedSubjects)) {
+        return;
+    }
+    m_editedSubjects = subjects;
     dialog.setWindowTitle(name.data().toString());
     dialog.setTableData(index.siblingAtColumn(jsonColumn).data().toString());
     dialog.setDialogType(users ? AuditDialog::Users : AuditDialog::Groups);

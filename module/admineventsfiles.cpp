@@ -41,16 +41,24 @@ void AdminEventsModule::editWatched(const QModelIndex &index)
     const QModelIndex name = index.siblingAtColumn(0);
     const bool files = name.data(CheckableTreeModel::FileArrayRole).toBool();
     if (files || name.data(CheckableTreeModel::DirectoryArrayRole).toBool()) {
-        m_editedList = NodeAddress(*itemAt(index));
+        const NodeAddress list(*itemAt(index));
         FilesDialog &dialog = filesDialog();
+        if (keepEdits(dialog, dialog.isEdited(), list == m_editedList)) {
+            return;
+        }
+        m_editedList = list;
         dialog.setWindowTitle(name.data().toString());
         dialog.setDialogType(files ? FilesDialog::Files : FilesDialog::Directories);
         dialog.setData(index.data());
         Gui::Utils::bringUp(dialog);
     }
     if (name.data(CheckableTreeModel::DirectoriesRole).toBool()) {
-        m_editedDirectories = NodeAddress(*itemAt(index));
+        const NodeAddress directories(*itemAt(index));
         DiskSpaceMonDialog &dialog = diskSpaceDialog();
+        if (keepEdits(dialog, dialog.isEdited(), directories == m_editedDirectories)) {
+            return;
+        }
+        m_editedDirectories = directories;
         dialog.setWindowTitle(name.data().toString());
         dialog.setData(index.siblingAtColumn(jsonColumn).data().toString());
         Gui::Utils::bringUp(dialog);

@@ -10,6 +10,7 @@
 #include <checkabletreemodel.h>
 #include <configaccessservice.h>
 #include <configwatcher.h>
+#include <dbusdialog.h>
 #include <dbuskeeper.h>
 #include <eventlookup.h>
 #include <eventsproxymodel.h>
@@ -413,12 +414,19 @@ void AdminEventsModule::stopWatchConfigs()
     }
 }
 
+bool AdminEventsModule::holdsEdits() const
+{
+    // Unlike the other dialogs, that of notifications does not outlive its tree.
+    return !compareModels()
+        || (m_dbusDialog && m_dbusDialog->isVisible() && !m_dbusDialog->checkStartParams());
+}
+
 void AdminEventsModule::configsChanged(const QString &path)
 {
     if (m_reloading) {
         return;
     }
-    const bool dropsEdits = !compareModels();
+    const bool dropsEdits = holdsEdits();
     const QPointer<AdminEventsModule> self(this);
     m_reloading = true;
     load_p();

@@ -33,6 +33,7 @@ class EventTreeItem;
 class EventsProxyModel;
 class FilesDialog;
 class LoggingService;
+class QDialog;
 class QMenu;
 class QModelIndex;
 class QPoint;
@@ -143,6 +144,14 @@ private:
     [[nodiscard]] EventTreeItem *itemAt(const QModelIndex &proxyIndex) const;
     void addEventActions(QMenu *menu, EventTreeItem *event);
 
+    /**
+     * Brings up an open dialog with edits that are neither accepted nor cancelled, instead of filling it
+     * anew.
+     * @param showsNode whether it is the one of the node that was asked for; if not, the user is told
+     * @return false when there are no such edits
+     */
+    bool keepEdits(QDialog &dialog, bool isEdited, bool showsNode);
+
     // Watched files, directories and disk space
     void editWatched(const QModelIndex &index);
     void showGone(const NodeAddress &address);
@@ -185,6 +194,8 @@ private:
     [[nodiscard]] static SettingsFile presentSettings();
     [[nodiscard]] bool checkEventSettingsDirectory();
     void showSettingsFileState(const SettingsFile &settings);
+    /// Whether a load would drop what was edited, on the page or in the notification dialog.
+    [[nodiscard]] bool holdsEdits() const;
     void configurationImported();
     void finishTyping();
     [[nodiscard]] bool writeEventSettings(const SettingsFile &present);

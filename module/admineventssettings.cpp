@@ -38,7 +38,7 @@ CommonSettingsWindow &AdminEventsModule::commonSettings()
 
 void AdminEventsModule::configurationImported()
 {
-    const bool dropsEdits = !compareModels();
+    const bool dropsEdits = holdsEdits();
     m_loggingService->restart();
     m_auditKeeper->forget();
     const QPointer<AdminEventsModule> self(this);

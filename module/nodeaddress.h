@@ -20,6 +20,7 @@ public:
     /// @param item an event or a node below one; for any other the address is empty
     explicit NodeAddress(const EventTreeItem &item);
 
+    [[nodiscard]] bool operator==(const NodeAddress &other) const = default;
     [[nodiscard]] bool isEmpty() const { return m_eventId.isEmpty(); }
     [[nodiscard]] const QString &eventId() const { return m_eventId; }
     /// The event in this tree, null when it has none of that identifier.

@@ -67,7 +67,7 @@ private Q_SLOTS:
     void aFailedReadDoesNotHideThatEditsAreGone();
     void aCatalogWithoutAuditedOperationsAsksForNothing();
     void aReloadUnderTheOpenDialogLosesNoAnswer();
-    void twoDialogsKeepToTheirOwnNodes();
+    void editsInTheOpenDialogAreNotReplacedByAnotherValue();
     void everybodyElseIsRecordedByTheSwitchesOfOther();
     void anImportIsShownAndTheNextApplyMakesTheSystemAgree();
 
@@ -498,14 +498,19 @@ void AuditPageTest::aReloadUnderTheOpenDialogLosesNoAnswer()
     QVERIFY(!page->compareModels());
 }
 
-void AuditPageTest::twoDialogsKeepToTheirOwnNodes()
+void AuditPageTest::editsInTheOpenDialogAreNotReplacedByAnotherValue()
 {
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    doubleClick(*page, operation({QStringLiteral("users")}));
+    doubleClick(*page, operation({QStringLiteral("groups")}));
+    doubleClick(*page, operation({QStringLiteral("users")})); // nothing was edited
     check(*dialog(*page), QStringLiteral("alice"), 1);
-    // What is double-clicked meanwhile opens nothing, or another dialog.
-    doubleClick(*page, operation({QStringLiteral("other")}));
+    doubleClick(*page, operation({QStringLiteral("other")})); // opens nothing
+    const BoxAnswerer boxes;
+    doubleClick(*page, operation({QStringLiteral("users")}));
+    QCOMPARE(boxes.boxes().size(), 0);
+    doubleClick(*page, operation({QStringLiteral("groups")}));
+    QCOMPARE(boxes.boxes().size(), 1);
     accept(*dialog(*page));
     QCOMPARE(value(*page, user(QStringLiteral("alice"), "succ")), QStringLiteral("1"));
 }

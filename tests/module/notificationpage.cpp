@@ -66,3 +66,13 @@ void NotificationPage::setUp(AdminEventsModule &page, const QString &id, const Q
     clickOk(page);
     QVERIFY(!dialog(page)->isVisible());
 }
+
+void NotificationPage::retitle(AdminEventsModule &page, const QString &id, const QString &title)
+{
+    page.notificationSettings(eventOf(page, id));
+    auto *edit = field<QLineEdit>(page, "titleLineEdit");
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClicks(edit, title);
+    clickOk(page);
+}

@@ -43,6 +43,8 @@ public:
     }
     /// Switches the notifications of an event on and gives them a title.
     void setUp(AdminEventsModule &page, const QString &id, const QString &title);
+    /// Opens the settings of an event whose notifications are on, types another title and accepts.
+    static void retitle(AdminEventsModule &page, const QString &id, const QString &title);
 
     PageFixture m_machine;
 };

@@ -7,6 +7,8 @@
 #include <checkboxparam.h>
 #include <statewidget.h>
 
+#include <KMessageWidget>
+
 #include <QAbstractItemModelTester>
 #include <QAbstractProxyModel>
 #include <QLineEdit>
@@ -35,6 +37,7 @@ private Q_SLOTS:
     void switchingOffAndOnAgainStartsAfresh();
     void repeatedSavingDoesNotGrowTheFragment();
     void aReloadClosesTheDialog();
+    void aReloadSaysThatItDropsWhatWasTypedInTheDialog();
     void oneDialogAtATime();
     void whoHasNoSettingsOfHisOwnSeesTheSystems();
     void theRepetitionIsAnEditOfThePage();
@@ -160,12 +163,7 @@ void NotificationPageTest::theLastEditWins()
     page->save();
     QVERIFY(m_machine.read(fragment(QStringLiteral("log_in_failed"))).contains("\"First\""));
     for (const char *title : {"Second", "Third"}) {
-        page->notificationSettings(eventOf(*page, id));
-        auto *edit = field<QLineEdit>(*page, "titleLineEdit");
-        edit->setFocus();
-        edit->selectAll();
-        QTest::keyClicks(edit, QLatin1String(title));
-        clickOk(*page);
+        retitle(*page, id, QLatin1String(title));
         QVERIFY(!page->compareModels());
         // Seen again before it is written.
         page->notificationSettings(eventOf(*page, id));
@@ -243,12 +241,7 @@ void NotificationPageTest::repeatedSavingDoesNotGrowTheFragment()
     const QByteArray own = m_machine.read(ownFile());
     QVERIFY(first.endsWith("\n};\n"));
     for (const char *title : {"b", "a"}) {
-        page->notificationSettings(eventOf(*page, id));
-        auto *edit = field<QLineEdit>(*page, "titleLineEdit");
-        edit->setFocus();
-        edit->selectAll();
-        QTest::keyClicks(edit, QLatin1String(title));
-        clickOk(*page);
+        retitle(*page, id, QLatin1String(title));
         page->save();
     }
     QCOMPARE(m_machine.read(fragment(QStringLiteral("plainword"))), first);
@@ -267,6 +260,29 @@ void NotificationPageTest::aReloadClosesTheDialog()
     QVERIFY(!dialog(*page)->isVisible());
     QCOMPARE(dialog(*page)->event(), nullptr);
     QVERIFY(!eventOf(*page, QStringLiteral("event plainword"))->isNotificationOn());
+}
+
+void NotificationPageTest::aReloadSaysThatItDropsWhatWasTypedInTheDialog()
+{
+    const QString id = QStringLiteral("event plainword");
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    setUp(*page, id, QStringLiteral("Stored"));
+    page->save();
+    const auto *bar = page->findChild<KMessageWidget *>(QStringLiteral("messageBar"));
+    for (const bool edited : {false, true}) {
+        page->notificationSettings(eventOf(*page, id));
+        QVERIFY(dialog(*page)->isVisible());
+        if (edited) {
+            field<QLineEdit>(*page, "titleLineEdit")->setText(QStringLiteral("Typed"));
+        }
+        QVERIFY(page->compareModels());
+        m_machine.replace(m_machine.settingsPath(), edited ? "{}" : "{ }");
+        QTRY_VERIFY(!dialog(*page)->isVisible());
+        QTRY_VERIFY2(bar->text().contains(QLatin1String("was changed by another program")),
+                     qPrintable(bar->text()));
+        QTRY_COMPARE(bar->text().contains(QLatin1String("not saved are gone")), edited);
+    }
 }
 
 void NotificationPageTest::oneDialogAtATime()

@@ -53,6 +53,8 @@ private Q_SLOTS:
     void removedDirectoriesStayRemoved();
     void aReloadWhileTheDialogIsOpenLosesNothing();
     void anEventThatHasGoneIsSaidToBeGone();
+    void editsInAnOpenDialogAreNotReplacedByAnotherValue();
+    void editedLimitsAreNotReplacedByTheStoredOnes();
 
 private:
     static QModelIndex shown(const AdminEventsModule &page, const QString &event, const QStringList &path,
@@ -370,6 +372,53 @@ void WatchedPageTest::anEventThatHasGoneIsSaidToBeGone()
     QVERIFY(bar->isVisibleTo(page.get()));
     QVERIFY2(bar->text().contains(modifiedFile), qPrintable(bar->text()));
     QVERIFY(page->compareModels());
+}
+
+void WatchedPageTest::editsInAnOpenDialogAreNotReplacedByAnotherValue()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    doubleClick(*page, opened, keyPath);
+    auto *dialog = open<FilesDialog>(*page);
+    QVERIFY(dialog);
+    doubleClick(*page, modifiedFile, keyPath); // nothing was edited
+    const QStringList stored = dialog->paths();
+    QCOMPARE(stored.size(), 4);
+    QVERIFY(dialog->addPath(QStringLiteral("/etc/added")));
+    const QStringList edited = dialog->paths();
+
+    const BoxAnswerer boxes;
+    doubleClick(*page, modifiedFile, keyPath); // the same again
+    QCOMPARE(boxes.boxes().size(), 0);
+    QCOMPARE(dialog->paths(), edited);
+    doubleClick(*page, modifiedDirectory, keyPath);
+    QCOMPARE(boxes.boxes().size(), 1);
+    QVERIFY2(boxes.boxes().at(0).text.contains(dialog->windowTitle()), qPrintable(boxes.boxes().at(0).text));
+    QCOMPARE(dialog->paths(), edited);
+    press(dialog, QDialogButtonBox::Ok);
+    QVERIFY(PageFixture::node(page->workingModel(), modifiedFile, keyPath)
+                ->value(1)
+                .toString()
+                .contains(QStringLiteral("/etc/added")));
+    doubleClick(*page, modifiedDirectory, keyPath);
+    QCOMPARE(boxes.boxes().size(), 1);
+    QCOMPARE(dialog->paths().size(), 3);
+}
+
+void WatchedPageTest::editedLimitsAreNotReplacedByTheStoredOnes()
+{
+    const auto page = m_machine.openPage();
+    QVERIFY(page);
+    doubleClick(*page, disk, directoriesPath);
+    auto *dialog = open<DiskSpaceMonDialog>(*page);
+    QVERIFY(dialog);
+    const int stored = dialog->model()->rowCount();
+    QVERIFY(dialog->addDirectory(QStringLiteral("/srv")));
+    doubleClick(*page, disk, directoriesPath);
+    QCOMPARE(dialog->model()->rowCount(), stored + 1);
+    press(dialog, QDialogButtonBox::Cancel);
+    doubleClick(*page, disk, directoriesPath);
+    QCOMPARE(dialog->model()->rowCount(), stored);
 }
 
 QTEST_MAIN(WatchedPageTest)
