@@ -393,7 +393,7 @@ void ActionsTest::enterPressesTheFocusedButtonOnly()
     QVERIFY(page);
     page->activateWindow();
     QTreeView *view = PageFixture::view(*page);
-    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
+    auto *button = PageFixture::serviceButton(*page);
     QSignalSpy clicks(button, &QPushButton::clicked);
     view->setFocus();
     QTRY_VERIFY(view->hasFocus());
@@ -406,7 +406,7 @@ void ActionsTest::enterPressesTheFocusedButtonOnly()
     button->setFocus();
     QTest::keyClick(button, Qt::Key_Return);
     QCOMPARE(clicks.size(), 1);
-    auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    auto *label = PageFixture::serviceLabel(*page);
     QTRY_COMPARE(label->text(), QStringLiteral("Logging service stopped."));
 }
 

@@ -250,7 +250,7 @@ void CommonSettingsPageTest::recordReachesTheDestinationThatWasAdded()
     edit(*page, QStringLiteral("added"), 2);
     m_machine.toggle(*page, QStringLiteral("plain"));
     page->save(); // which starts the service anew
-    const auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    const auto *label = PageFixture::serviceLabel(*page);
     QTRY_COMPARE_WITH_TIMEOUT(label->text(), QStringLiteral("Logging service is running."), 20000);
     QTRY_VERIFY_WITH_TIMEOUT(
         RealService::send(m_machine, "<13>{\"MSG\":{\"nivra-auth\":{\"user\":\"ivanov\"}}}"), 10000);

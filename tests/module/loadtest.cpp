@@ -485,8 +485,8 @@ void LoadTest::theEventsAreOnTheDisplayBeforeTheServiceManagerAnswers()
         "until [ -e \"$(dirname \"$0\")/answer\" ] || [ $i -gt 200 ]; do i=$((i+1)); sleep 0.05; done\n"
         "exit 0\n");
     AdminEventsModule page(nullptr, {});
-    auto *button = page.findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
-    const auto *label = page.findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    auto *button = PageFixture::serviceButton(page);
+    const auto *label = PageFixture::serviceLabel(page);
     page.show();
     QTRY_VERIFY(page.workingModel()->rowCount() > 0);
     QVERIFY(!page.isBusy());
@@ -502,8 +502,8 @@ void LoadTest::theServiceButtonFollowsTheService()
 {
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
-    auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    auto *button = PageFixture::serviceButton(*page);
+    auto *label = PageFixture::serviceLabel(*page);
     QCOMPARE(label->text(), QStringLiteral("Logging service is running."));
     QCOMPARE(button->text(), QStringLiteral("Stop logging service"));
     QVERIFY(button->isEnabled());
@@ -524,7 +524,7 @@ void LoadTest::aFailedServiceActionIsShownAndTheButtonWorksAgain()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     QVERIFY(m_machine.bus->setAllowed(false));
-    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
+    auto *button = PageFixture::serviceButton(*page);
     const BoxAnswerer boxes;
     button->click();
     QTRY_COMPARE(boxes.boxes().size(), 1);

@@ -105,7 +105,7 @@ void LogCircleTest::whatWasSetUpComesBackWithTheArchive()
     page->save();
     // The restart takes its time.
     QTRY_COMPARE_WITH_TIMEOUT(sendRecord(), InBoth, 20000);
-    const auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    const auto *label = PageFixture::serviceLabel(*page);
     QTRY_COMPARE(label->text(), QStringLiteral("Logging service is running."));
     SettingsWindow::setNumberOfLogs(*page, 9);
     QCOMPARE(boxes.boxes().size(), 0);

@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QLabel>
+#include <QPushButton>
 #include <QTest>
 #include <QTreeView>
 
@@ -121,7 +122,7 @@ std::unique_ptr<AdminEventsModule> PageFixture::openPage(const QVariantList &arg
     // The shell's base class loads a page from the event loop, when it is shown for the first time.
     const bool loaded = QTest::qWaitFor([&page] { return page->workingModel()->rowCount() > 0; }, 5000);
     // What the page leaves for after its first painting: the state of the service, and its dialogs.
-    const auto *serviceState = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    const auto *serviceState = serviceLabel(*page);
     const bool settled = loaded && QTest::qWaitFor([&page, serviceState] {
                              return !serviceState->text().isEmpty()
                                  && page->findChild<QDialog *>(QStringLiteral("DBusDialog"));
@@ -197,4 +198,14 @@ void PageFixture::type(AdminEventsModule &page, const QString &event, const QStr
 QTreeView *PageFixture::view(const AdminEventsModule &page)
 {
     return page.findChild<QTreeView *>(QStringLiteral("singleEventsView"));
+}
+
+QPushButton *PageFixture::serviceButton(const AdminEventsModule &page)
+{
+    return page.findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
+}
+
+QLabel *PageFixture::serviceLabel(const AdminEventsModule &page)
+{
+    return page.findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
 }

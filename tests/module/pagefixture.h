@@ -13,6 +13,8 @@
 
 class CheckableTreeModel;
 class EventTreeItem;
+class QLabel;
+class QPushButton;
 class QTreeView;
 
 /**
@@ -51,6 +53,9 @@ public:
     static void type(AdminEventsModule &page, const QString &event, const QStringList &path,
                      const QString &text);
     [[nodiscard]] static QTreeView *view(const AdminEventsModule &page);
+    /// The button that starts and stops the logging service, and the label that tells its state.
+    [[nodiscard]] static QPushButton *serviceButton(const AdminEventsModule &page);
+    [[nodiscard]] static QLabel *serviceLabel(const AdminEventsModule &page);
 
     QTemporaryDir m_root;
     std::unique_ptr<PrivateBus> bus;

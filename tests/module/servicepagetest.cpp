@@ -97,8 +97,8 @@ void ServicePageTest::thePageFollowsARealService()
     }
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
-    auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    auto *button = PageFixture::serviceButton(*page);
+    auto *label = PageFixture::serviceLabel(*page);
     QCOMPARE(label->text(), QStringLiteral("Logging service stopped."));
     QCOMPARE(label->toolTip(), QStringLiteral("auditd: on, syslog-ng: off"));
 
@@ -124,8 +124,8 @@ void ServicePageTest::applyRestartsItOnTheNewFiles()
     }
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
-    auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    auto *button = PageFixture::serviceButton(*page);
+    auto *label = PageFixture::serviceLabel(*page);
     button->click();
     QTRY_COMPARE_WITH_TIMEOUT(label->text(), QStringLiteral("Logging service is running."), 20000);
     const qint64 before = pid();
@@ -169,8 +169,8 @@ void ServicePageTest::aFailureIsShownAndTheLabelTellsTheTruth()
     }
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
-    auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    auto *button = PageFixture::serviceButton(*page);
+    auto *label = PageFixture::serviceLabel(*page);
     QCOMPARE(label->text(), QStringLiteral("Logging service stopped."));
     const BoxAnswerer boxes;
     button->click();
@@ -187,8 +187,8 @@ void ServicePageTest::aRestartThatOnlyStopsIsShownAsStopped()
 {
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
-    auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    auto *button = PageFixture::serviceButton(*page);
+    auto *label = PageFixture::serviceLabel(*page);
     QCOMPARE(label->text(), QStringLiteral("Logging service is running."));
     useScript("case \"$*\" in *auditd) exit 0;; *) echo bad configuration; exit 1;; esac\n");
     m_machine.toggle(*page, QStringLiteral("watch"));
@@ -208,8 +208,8 @@ void ServicePageTest::aServiceKilledBehindThePageIsNoticedAtTheNextAction()
     }
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    auto *button = page->findChild<QPushButton *>(QStringLiteral("sngStartStopButton"));
-    auto *label = page->findChild<QLabel *>(QStringLiteral("sngStatusLabel"));
+    auto *button = PageFixture::serviceButton(*page);
+    auto *label = PageFixture::serviceLabel(*page);
     button->click();
     QTRY_COMPARE_WITH_TIMEOUT(label->text(), QStringLiteral("Logging service is running."), 20000);
     QCOMPARE(::kill(pid_t(pid()), SIGKILL), 0);
