@@ -19,7 +19,7 @@
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QMessageBox>
+#include <QPointer>
 
 namespace {
 constexpr int valueColumn = 1;
@@ -79,13 +79,15 @@ bool AdminEventsModule::keepEdits(QDialog &dialog, bool isEdited, bool showsNode
     if (!dialog.isVisible() || !isEdited) {
         return false;
     }
+    const QPointer<QDialog> open(&dialog); // may end in the message box
     if (!showsNode) {
-        QMessageBox::information(
-            this, dialog.windowTitle(),
-            i18n("Accept or cancel the changes in the window “%1” first.", dialog.windowTitle()),
-            QMessageBox::Ok);
+        Gui::Utils::showText(
+            this, QMessageBox::Information, dialog.windowTitle(),
+            i18n("Accept or cancel the changes in the window “%1” first.", dialog.windowTitle()));
     }
-    Gui::Utils::bringUp(dialog);
+    if (open) {
+        Gui::Utils::bringUp(dialog);
+    }
     return true;
 }
 

@@ -116,10 +116,10 @@ AdminEventsModule::AuditSave AdminEventsModule::saveAuditSettings()
     if (m_auditKeeper->write()) {
         return AuditSave::Written;
     }
-    showError(i18n("The events were saved, but the audit settings of users and groups were not: %1",
-                   m_auditKeeper->writeError()));
     // The page stays as it is, and with it what it knows of the file that it has just written.
     m_loadedSettings = presentSettings().contentHash;
+    showError(i18n("The events were saved, but the audit settings of users and groups were not: %1",
+                   m_auditKeeper->writeError()));
     return AuditSave::Failed;
 }
 

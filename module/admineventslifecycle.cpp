@@ -16,6 +16,7 @@
 #include <eventsproxymodel.h>
 #include <eventswriter.h>
 #include <eventtreeitem.h>
+#include <guiutils.h>
 #include <loggingservice.h>
 #include <longwork.h>
 #include <notificationsdictionary.h>
@@ -29,7 +30,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QHeaderView>
-#include <QMessageBox>
 #include <QPointer>
 #include <QScopeGuard>
 #include <QTimer>
@@ -53,11 +53,10 @@ QJsonObject membersWithoutEvent(const QJsonObject &settings, const EventTreeItem
 
 void endForIncorrectEvents(QWidget *page)
 {
-    QMessageBox::critical(
-        page, i18n("Event configuration is incorrect."),
+    Gui::Utils::showText(
+        page, QMessageBox::Critical, i18n("Event configuration is incorrect."),
         i18n("Check if there are no duplicate event_id in event configuration(even in different groups).\n"
-             "The application cannot continue and will be terminated."),
-        QMessageBox::Ok);
+             "The application cannot continue and will be terminated."));
     QCoreApplication::exit(-1);
 }
 } // namespace
@@ -128,7 +127,11 @@ void AdminEventsModule::change()
 
 void AdminEventsModule::load_p()
 {
+    const QPointer<AdminEventsModule> self(this); // which may end in a message box or a pause
     const bool goesOn = checkEventSettingsDirectory();
+    if (!self) {
+        return;
+    }
     LongWork work;
     const auto pause = [&work, goesOn] {
         // A program that is about to end must not be told otherwise by what waits in the event loop.
@@ -142,7 +145,6 @@ void AdminEventsModule::load_p()
         m_watcher->acknowledge();
     }
     stopWatchConfigs();
-    const QPointer<AdminEventsModule> self(this); // which may end in a pause
     const auto watchAgain = qScopeGuard([this, self, watched] {
         if (self && watched) {
             startWatchConfigs();
@@ -257,11 +259,10 @@ bool AdminEventsModule::checkEventSettingsDirectory()
     if (directory.exists() && !directory.isEmpty(everything)) {
         return true;
     }
-    QMessageBox::critical(this, i18n("No event configuration detected"),
-                          i18n("The directory \"%1\" does not exist or is empty.\n"
-                               "The application cannot continue and will be terminated.",
-                               path),
-                          QMessageBox::Ok);
+    Gui::Utils::showText(this, QMessageBox::Critical, i18n("No event configuration detected"),
+                         i18n("The directory \"%1\" does not exist or is empty.\n"
+                              "The application cannot continue and will be terminated.",
+                              path));
     QCoreApplication::exit(-1);
     return false;
 }
@@ -309,13 +310,20 @@ bool AdminEventsModule::save_p()
         }
         const AuditSave audit = saveAuditSettings();
         saved = audit != AuditSave::Failed;
-        if (saved && !(audit == AuditSave::Written && rebootsForAudit())) {
+        const bool reboots = audit == AuditSave::Written && rebootsForAudit();
+        if (!self) {
+            return false;
+        }
+        if (saved && !reboots) {
             m_loggingService->restart();
         }
     }
     startWatchConfigs();
     if (saved && std::exchange(m_notificationsWritten, false)) {
-        m_savedNote = presentToUsers();
+        const QString note = presentToUsers();
+        if (self) {
+            m_savedNote = note;
+        }
     }
     return saved;
 }
@@ -356,13 +364,16 @@ bool AdminEventsModule::writeEventSettings(const SettingsFile &present)
         return false;
     }
     const bool written = writer.writeConfig(root);
-    if (!writer.errors().isEmpty()) {
-        QMessageBox::warning(this, i18n("Error"), writer.errors().join(QLatin1Char('\n')), QMessageBox::Ok);
-    }
-    if (!written) {
-        showError(writer.failures().join(QLatin1Char('\n')));
+    if (!written && self) {
         // A write that went through before the other failed is the page's own all the same.
         m_loadedSettings = presentSettings().contentHash;
+    }
+    if (!writer.errors().isEmpty() && self) {
+        Gui::Utils::showText(this, QMessageBox::Warning, i18n("Error"),
+                             writer.errors().join(QLatin1Char('\n')));
+    }
+    if (!written && self) {
+        showError(writer.failures().join(QLatin1Char('\n')));
     }
     return written;
 }
@@ -387,14 +398,14 @@ bool AdminEventsModule::mayReplace(const SettingsFile &present)
     } else {
         return true;
     }
-    return QMessageBox::question(this, i18n("Replace event settings"), question,
-                                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
+    return Gui::Utils::showText(this, QMessageBox::Question, i18n("Replace event settings"), question,
+                                QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
         == QMessageBox::Yes;
 }
 
 void AdminEventsModule::showError(const QString &text)
 {
-    QMessageBox::critical(this, i18n("Error"), text, QMessageBox::Ok);
+    Gui::Utils::showText(this, QMessageBox::Critical, i18n("Error"), text);
 }
 
 void AdminEventsModule::startWatchConfigs()

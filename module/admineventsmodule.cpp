@@ -11,6 +11,7 @@
 #include <configaccessservice.h>
 #include <eventconfigstorage.h>
 #include <eventsproxymodel.h>
+#include <guiutils.h>
 #include <loggingservice.h>
 #include <servicestatusreader.h>
 #include <statewidget.h>
@@ -19,7 +20,7 @@
 #include <KAuth/Action>
 #include <KLocalizedString>
 
-#include <QMessageBox>
+#include <QPointer>
 
 namespace {
 const QString ownComponent = QStringLiteral("nivra_kcm_admin_events");
@@ -50,8 +51,11 @@ AdminEventsModule::AdminEventsModule(QWidget *parent, const QList<QVariant> &arg
             [this](const KAuth::Action *action, const QString &text) {
                 // What failed may have changed the state all the same: a restart that only stopped.
                 switchSngStatus();
-                QMessageBox::critical(this, action->name(), text, QMessageBox::Ok);
-                m_ui->sngStartStopButton->setEnabled(true);
+                const QPointer<QPushButton> button(m_ui->sngStartStopButton); // may end in the message box
+                Gui::Utils::showText(this, QMessageBox::Critical, action->name(), text);
+                if (button) {
+                    button->setEnabled(true);
+                }
             });
 
     constexpr int ownArguments = 2;

@@ -32,7 +32,7 @@
 #include <QFileInfo>
 #include <QItemSelectionModel>
 #include <QMenu>
-#include <QMessageBox>
+#include <QPointer>
 
 DBusDialog &AdminEventsModule::dbusDialog()
 {
@@ -207,11 +207,13 @@ bool AdminEventsModule::isNotificationDialogFree()
     if (!m_dbusDialog || !m_dbusDialog->isVisible()) {
         return true;
     }
-    QMessageBox::information(this, i18n("Notification settings"),
-                             i18n("Accept or cancel the notification settings of “%1” first.",
-                                  m_dbusDialog->event()->data(0).toString()),
-                             QMessageBox::Ok);
-    Gui::Utils::bringUp(*m_dbusDialog);
+    const QPointer<DBusDialog> open(m_dbusDialog); // may end in the message box
+    Gui::Utils::showText(this, QMessageBox::Information, i18n("Notification settings"),
+                         i18n("Accept or cancel the notification settings of “%1” first.",
+                              m_dbusDialog->event()->data(0).toString()));
+    if (open) {
+        Gui::Utils::bringUp(*open);
+    }
     return false;
 }
 
@@ -258,7 +260,11 @@ void AdminEventsModule::settleNotifications()
 
 bool AdminEventsModule::saveNotifications()
 {
+    const QPointer<AdminEventsModule> self(this); // which may end in a message box
     const bool saved = removeDisabledNotificationsConfigs() && writeEnabledNotificationsConfigs();
+    if (!self) {
+        return false;
+    }
     if (saved) {
         m_notificationsWritten |= m_notifications.hasPending();
         m_notifications.discard();

@@ -19,7 +19,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QMessageBox>
+#include <QPointer>
 
 namespace {
 /// Tells running programs that the settings of their notifications were changed.
@@ -92,12 +92,11 @@ void DBusDialog::accept()
     }
     const QStringList cut = cutFields();
     if (!cut.isEmpty()
-        && QMessageBox::question(
-               this, i18n("Notification settings"),
-               i18n("What is stored is longer than what is shown: %1. Replace it by what is "
-                    "shown?",
-                    cut.join(QLatin1String(", "))),
-               QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
+        && Gui::Utils::showText(this, QMessageBox::Question, i18n("Notification settings"),
+                                i18n("What is stored is longer than what is shown: %1. Replace it by what is "
+                                     "shown?",
+                                     cut.join(QLatin1String(", "))),
+                                QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
             != QMessageBox::Yes) {
         return;
     }
@@ -141,8 +140,9 @@ void DBusDialog::generateConfig()
 
     const QString failure = writeTypeConfig();
     if (!failure.isEmpty()) {
-        QMessageBox::critical(this, i18n("Error"), failure, QMessageBox::Ok);
-        if (m_event) { // a reload meanwhile has taken it
+        const QPointer<DBusDialog> self(this);
+        Gui::Utils::showText(this, QMessageBox::Critical, i18n("Error"), failure);
+        if (self && m_event) { // a reload meanwhile has taken it
             show(); // with all that was entered
         }
         return;

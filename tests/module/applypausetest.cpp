@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -59,6 +60,8 @@ private Q_SLOTS:
     void filesThatChangeInAPauseCauseNoReloadOfTheirOwn();
     void aPageThatEndsInAnyPauseLeavesWholeFiles();
     void aPageThatEndsInAnyPauseOfAReloadLeavesNothingBehind();
+    void aPageThatEndsUnderAMessageBoxSavesNothing_data();
+    void aPageThatEndsUnderAMessageBoxSavesNothing();
     void whatIsBeingTypedIsApplied();
 
 private:
@@ -211,6 +214,41 @@ void ApplyPauseTest::aPageThatEndsInAnyPauseOfAReloadLeavesNothingBehind()
         QVERIFY(!QApplication::overrideCursor());
     }
     QVERIFY2(last > 5, qPrintable(QString::number(last)));
+}
+
+void ApplyPauseTest::aPageThatEndsUnderAMessageBoxSavesNothing_data()
+{
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("refused authorisation") << QStringLiteral("refused");
+    QTest::newRow("question whether to replace") << QStringLiteral("damaged");
+    QTest::newRow("open notification dialog") << QStringLiteral("dialog");
+}
+
+void ApplyPauseTest::aPageThatEndsUnderAMessageBoxSavesNothing()
+{
+    QFETCH(QString, reason);
+    QPointer<AdminEventsModule> page(openEditedPage().release());
+    QVERIFY(page);
+    if (reason == QLatin1String("refused")) {
+        QVERIFY(m_machine.bus->setAllowed(false));
+    } else if (reason == QLatin1String("damaged")) {
+        page->stopWatchConfigs();
+        m_machine.write(m_machine.settingsPath(), "{ damaged");
+    } else {
+        page->switchDbus(PageFixture::node(page->workingModel(), QStringLiteral("login")), true);
+    }
+    const QByteArray before = m_machine.read(m_machine.settingsPath());
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&page] {
+        if (qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            delete page;
+        }
+    });
+    timer.start(10);
+    page->save();
+    QVERIFY(page.isNull());
+    QVERIFY(!QApplication::overrideCursor());
+    QCOMPARE(m_machine.read(m_machine.settingsPath()), before);
 }
 
 void ApplyPauseTest::whatIsBeingTypedIsApplied()
