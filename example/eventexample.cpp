@@ -18,6 +18,7 @@
 #include <QFontDatabase>
 #include <QJsonObject>
 #include <QMessageBox>
+#include <QPointer>
 #include <QStandardItemModel>
 
 namespace {
@@ -163,14 +164,19 @@ void EventExample::insertParamInModel(int row, const QString &name, const QStrin
 
 void EventExample::showExample()
 {
+    const QPointer<EventExample> self(this); // may end in the message box
     if (m_dummyData.isNull()) {
         const QString path = SystemPaths::resolve(SystemPaths::exampleData());
-        QMessageBox box(QMessageBox::Warning, i18n("No event configuration detected"),
-                        i18n("No event configuration detected"), QMessageBox::Ok, parentWidget());
-        box.setInformativeText(i18n("Config file \"%1\" is corrupted or does not exist.\n"
-                                    "Some of dummy data will be empty.",
-                                    path));
-        box.exec();
+        const QPointer<QMessageBox> box(
+            new QMessageBox(QMessageBox::Warning, i18n("No event configuration detected"),
+                            i18n("No event configuration detected"), QMessageBox::Ok, parentWidget()));
+        box->setInformativeText(i18n("Config file \"%1\" is corrupted or does not exist.\n"
+                                     "Some of dummy data will be empty.",
+                                     path));
+        box->exec();
+        delete box;
     }
-    Gui::Utils::bringUp(*this);
+    if (self) {
+        Gui::Utils::bringUp(*this);
+    }
 }
