@@ -7,7 +7,6 @@
 #include <checkabletreemodel.h>
 #include <eventtreeitem.h>
 
-#include <QAbstractProxyModel>
 #include <QDialog>
 #include <QJsonDocument>
 #include <QLabel>
@@ -45,8 +44,6 @@ private Q_SLOTS:
 
 private:
     void addEvent(const QString &id, const QJsonObject &members);
-    static QModelIndex shown(const AdminEventsModule &page, const QString &event,
-                             const QStringList &path = {}, int column = 0);
     static QStringList menuTexts(const AdminEventsModule &page, const QPoint &position);
     static QPoint centre(const AdminEventsModule &page, const QModelIndex &index);
     static void rightClick(const AdminEventsModule &page, const QPoint &position);
@@ -81,14 +78,6 @@ void ActionsTest::addEvent(const QString &id, const QJsonObject &members)
     }
     PageFixture::write(QStringLiteral("%1/last/%2.json").arg(m_machine.catalogPath(), id),
                        QJsonDocument(event).toJson());
-}
-
-QModelIndex ActionsTest::shown(const AdminEventsModule &page, const QString &event, const QStringList &path,
-                               int column)
-{
-    const EventTreeItem *item = PageFixture::node(page.workingModel(), event, path);
-    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(PageFixture::view(page)->model());
-    return item ? proxy->mapFromSource(page.workingModel()->indexOf(item, column)) : QModelIndex();
 }
 
 QMenu *ActionsTest::menu()
@@ -143,7 +132,8 @@ void ActionsTest::anEventHasItsOwnActions()
 {
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    const QStringList texts = menuTexts(*page, centre(*page, shown(*page, QStringLiteral("login"))));
+    const QStringList texts
+        = menuTexts(*page, centre(*page, PageFixture::shown(*page, QStringLiteral("login"))));
     QCOMPARE(texts.mid(0, 4),
              (QStringList{QStringLiteral("Collapse all"), QStringLiteral("Expand all"),
                           QStringLiteral("Show example of an event"),
@@ -156,8 +146,9 @@ void ActionsTest::groupsAndParametersHaveNoEventActions()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     PageFixture::view(*page)->expandAll();
-    const QModelIndex event = shown(*page, QStringLiteral("watch"));
-    const QModelIndex parameter = shown(*page, QStringLiteral("watch"), {QStringLiteral("interval")});
+    const QModelIndex event = PageFixture::shown(*page, QStringLiteral("watch"));
+    const QModelIndex parameter
+        = PageFixture::shown(*page, QStringLiteral("watch"), {QStringLiteral("interval")});
     for (const QModelIndex &index : {event.parent(), parameter}) {
         QVERIFY(index.isValid());
         QCOMPARE(menuTexts(*page, centre(*page, index)).size(), 2);
@@ -170,7 +161,7 @@ void ActionsTest::collapseAllAndExpandAllStopAtTheGroups()
     QVERIFY(page);
     QTreeView *view = PageFixture::view(*page);
     view->expandAll();
-    const QModelIndex event = shown(*page, QStringLiteral("login"));
+    const QModelIndex event = PageFixture::shown(*page, QStringLiteral("login"));
     const QPoint below(10, view->viewport()->height() - 5);
     rightClick(*page, below);
     QVERIFY(menu());
@@ -197,7 +188,7 @@ void ActionsTest::aResetEventHasItsCatalogValues()
     QVERIFY(!page->compareModels());
     QSignalSpy changes(page.get(), qOverload<bool>(&KCModule::changed));
 
-    rightClick(*page, centre(*page, shown(*page, watch)));
+    rightClick(*page, centre(*page, PageFixture::shown(*page, watch)));
     QVERIFY(menu());
     for (QAction *action : menu()->actions()) {
         if (action->text() == QLatin1String("Reset to the default state")) {
@@ -302,7 +293,7 @@ void ActionsTest::theMenuResetsTheEventThatWasSelectedNotAnotherOfThatName()
     const QStringList interval{QStringLiteral("interval")};
     m_machine.type(*page, QStringLiteral("twin-a"), interval, QStringLiteral("11"));
     m_machine.type(*page, QStringLiteral("twin-b"), interval, QStringLiteral("21"));
-    rightClick(*page, centre(*page, shown(*page, QStringLiteral("twin-b"))));
+    rightClick(*page, centre(*page, PageFixture::shown(*page, QStringLiteral("twin-b"))));
     QVERIFY(menu());
     for (QAction *action : menu()->actions()) {
         if (action->text() == QLatin1String("Reset to the default state")) {
@@ -321,7 +312,7 @@ void ActionsTest::theMenuOutlivesAReload()
 {
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    rightClick(*page, centre(*page, shown(*page, QStringLiteral("watch"))));
+    rightClick(*page, centre(*page, PageFixture::shown(*page, QStringLiteral("watch"))));
     QPointer<QMenu> open = menu();
     QVERIFY(open);
     page->load_p(); // as the watch does when somebody else changed the files
@@ -342,7 +333,8 @@ void ActionsTest::aClickSelectsTheCellAndTheValue()
     QVERIFY(page);
     QTreeView *view = PageFixture::view(*page);
     view->expandAll();
-    const QModelIndex index = shown(*page, QStringLiteral("watch"), {QStringLiteral("interval")});
+    const QModelIndex index
+        = PageFixture::shown(*page, QStringLiteral("watch"), {QStringLiteral("interval")});
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre(*page, index));
     const QModelIndexList selected = view->selectionModel()->selectedIndexes();
     QCOMPARE(selected.size(), 2);
@@ -358,7 +350,7 @@ void ActionsTest::aRowWithoutNeighbourIsNotSelectedAnew()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     QTreeView *view = PageFixture::view(*page);
-    const QModelIndex only = shown(*page, QStringLiteral("plain"));
+    const QModelIndex only = PageFixture::shown(*page, QStringLiteral("plain"));
     QCOMPARE(view->model()->rowCount(only.parent()), 1);
     view->selectionModel()->clearSelection();
     page->editSelection(only);
@@ -378,7 +370,8 @@ void ActionsTest::arrowKeysSelectAsAClickDoes()
     view->setFocus();
     QTRY_VERIFY(view->hasFocus());
     view->expandAll();
-    const QModelIndex index = shown(*page, QStringLiteral("watch"), {QStringLiteral("interval")});
+    const QModelIndex index
+        = PageFixture::shown(*page, QStringLiteral("watch"), {QStringLiteral("interval")});
     view->setCurrentIndex(view->indexAbove(index));
     QTest::keyClick(view, Qt::Key_Down);
     QCOMPARE(view->currentIndex(), index);
@@ -419,7 +412,7 @@ void ActionsTest::aDoubleClickBesideTheValueOpensNothing()
     QVERIFY(page);
     PageFixture::view(*page)->expandAll();
     const QModelIndex name
-        = shown(*page, id, {QStringLiteral("filter-values"), QStringLiteral(".auditd.key")});
+        = PageFixture::shown(*page, id, {QStringLiteral("filter-values"), QStringLiteral(".auditd.key")});
     QVERIFY(name.isValid());
     const auto openDialogs = [&page] {
         int open = 0;

@@ -7,7 +7,6 @@
 #include <longwork.h>
 #include <statewidget.h>
 
-#include <QAbstractProxyModel>
 #include <QApplication>
 #include <QFile>
 #include <QLineEdit>
@@ -257,10 +256,8 @@ void ApplyPauseTest::whatIsBeingTypedIsApplied()
     QVERIFY(page);
     QVERIFY(QTest::qWaitForWindowActive(page.get()));
     QTreeView *view = m_machine.view(*page);
-    CheckableTreeModel *model = page->workingModel();
-    const auto *proxy = qobject_cast<QAbstractProxyModel *>(view->model());
-    const QModelIndex cell = proxy->mapFromSource(
-        model->indexOf(m_machine.node(model, QStringLiteral("watch"), {QStringLiteral("interval")}), 1));
+    const QModelIndex cell
+        = PageFixture::shown(*page, QStringLiteral("watch"), {QStringLiteral("interval")}, 1);
     view->scrollTo(cell);
     view->setCurrentIndex(cell);
     view->edit(cell);

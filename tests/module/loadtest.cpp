@@ -10,7 +10,6 @@
 #include <KMessageWidget>
 
 #include <QAbstractItemModelTester>
-#include <QAbstractProxyModel>
 #include <QDir>
 #include <QHeaderView>
 #include <QLabel>
@@ -385,11 +384,8 @@ void LoadTest::aClickOnASwitchInTheViewTurnsItAlone()
     m_machine.toggle(*page, QStringLiteral("login")); // off
     QTreeView *view = m_machine.view(*page);
     view->expandAll();
-    const CheckableTreeModel *model = page->workingModel();
-    const QStringList path{QStringLiteral("extend-message-params"), QStringLiteral("tty")};
-    const EventTreeItem *parameter = m_machine.node(page->workingModel(), QStringLiteral("login"), path);
-    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(view->model());
-    const QModelIndex cell = proxy->mapFromSource(model->indexOf(parameter, 1));
+    const QModelIndex cell = PageFixture::shown(
+        *page, QStringLiteral("login"), {QStringLiteral("extend-message-params"), QStringLiteral("tty")}, 1);
     QVERIFY(cell.isValid());
     view->scrollTo(cell);
     QCOMPARE(cell.data().toString(), QStringLiteral("Off"));
@@ -407,10 +403,8 @@ void LoadTest::aRefusedValueIsExplainedInTheMessageBar()
     QVERIFY(page);
     QTreeView *view = m_machine.view(*page);
     view->expandAll();
-    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(view->model());
-    const EventTreeItem *interval
-        = m_machine.node(page->workingModel(), QStringLiteral("watch"), {QStringLiteral("interval")});
-    const QModelIndex cell = proxy->mapFromSource(page->workingModel()->indexOf(interval, 1));
+    const QModelIndex cell
+        = PageFixture::shown(*page, QStringLiteral("watch"), {QStringLiteral("interval")}, 1);
     view->scrollTo(cell);
     view->edit(cell);
     auto *editor = view->viewport()->findChild<QLineEdit *>();
@@ -419,7 +413,7 @@ void LoadTest::aRefusedValueIsExplainedInTheMessageBar()
     view->setCurrentIndex(view->model()->index(0, 0)); // leaves the editor
     editor->clearFocus();
     QTRY_VERIFY(page->findChild<KMessageWidget *>(QStringLiteral("messageBar"))->isVisibleTo(page.get()));
-    QCOMPARE(interval->data(1).toString(), QStringLiteral("30"));
+    QCOMPARE(cell.data().toString(), QStringLiteral("30"));
     QVERIFY(page->compareModels());
     // The next change that is taken takes the message away.
     m_machine.type(*page, QStringLiteral("watch"), {QStringLiteral("interval")}, QStringLiteral("60"));

@@ -56,9 +56,8 @@ void NotificationPageTest::theMenuOffersNotifications()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     QTreeView *view = m_machine.view(*page);
-    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(view->model());
     const auto texts = [&](const QString &id) {
-        const QModelIndex index = proxy->mapFromSource(page->workingModel()->indexOf(eventOf(*page, id)));
+        const QModelIndex index = PageFixture::shown(*page, id);
         view->setCurrentIndex(index);
         page->contextMenuRequested(view->visualRect(index).center());
         QMenu *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());

@@ -7,6 +7,7 @@
 #include <eventlookup.h>
 #include <eventtreeitem.h>
 
+#include <QAbstractProxyModel>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
@@ -198,6 +199,14 @@ void PageFixture::type(AdminEventsModule &page, const QString &event, const QStr
 QTreeView *PageFixture::view(const AdminEventsModule &page)
 {
     return page.findChild<QTreeView *>(QStringLiteral("singleEventsView"));
+}
+
+QModelIndex PageFixture::shown(const AdminEventsModule &page, const QString &event, const QStringList &path,
+                               int column)
+{
+    const EventTreeItem *item = node(page.workingModel(), event, path);
+    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(view(page)->model());
+    return item ? proxy->mapFromSource(page.workingModel()->indexOf(item, column)) : QModelIndex();
 }
 
 QPushButton *PageFixture::serviceButton(const AdminEventsModule &page)

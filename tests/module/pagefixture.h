@@ -53,6 +53,9 @@ public:
     static void type(AdminEventsModule &page, const QString &event, const QStringList &path,
                      const QString &text);
     [[nodiscard]] static QTreeView *view(const AdminEventsModule &page);
+    /// The cell that the view shows for a node, invalid when there is none.
+    [[nodiscard]] static QModelIndex shown(const AdminEventsModule &page, const QString &event,
+                                           const QStringList &path = {}, int column = 0);
     /// The button that starts and stops the logging service, and the label that tells its state.
     [[nodiscard]] static QPushButton *serviceButton(const AdminEventsModule &page);
     [[nodiscard]] static QLabel *serviceLabel(const AdminEventsModule &page);

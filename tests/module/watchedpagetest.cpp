@@ -14,7 +14,6 @@
 #include <KMessageWidget>
 
 #include <QAbstractItemModelTester>
-#include <QAbstractProxyModel>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QJsonArray>
@@ -57,8 +56,6 @@ private Q_SLOTS:
     void editedLimitsAreNotReplacedByTheStoredOnes();
 
 private:
-    static QModelIndex shown(const AdminEventsModule &page, const QString &event, const QStringList &path,
-                             int column);
     static void doubleClick(AdminEventsModule &page, const QString &event, const QStringList &path);
     template <typename Dialog> static Dialog *open(AdminEventsModule &page)
     {
@@ -105,18 +102,10 @@ void WatchedPageTest::copyCatalog(const QString &group, const QString &event)
     m_machine.write(QStringLiteral("%1/%2.json").arg(m_machine.catalogPath(), name), m_machine.read(source));
 }
 
-QModelIndex WatchedPageTest::shown(const AdminEventsModule &page, const QString &event,
-                                   const QStringList &path, int column)
-{
-    const EventTreeItem *item = PageFixture::node(page.workingModel(), event, path);
-    const auto *proxy = qobject_cast<const QAbstractProxyModel *>(PageFixture::view(page)->model());
-    return item ? proxy->mapFromSource(page.workingModel()->indexOf(item, column)) : QModelIndex();
-}
-
 void WatchedPageTest::doubleClick(AdminEventsModule &page, const QString &event, const QStringList &path)
 {
     QTreeView *view = PageFixture::view(page);
-    const QModelIndex index = shown(page, event, path, 1);
+    const QModelIndex index = PageFixture::shown(page, event, path, 1);
     QVERIFY(index.isValid());
     view->scrollTo(index);
     const QPoint centre = view->visualRect(index).center();
@@ -148,7 +137,7 @@ void WatchedPageTest::aDoubleClickOpensTheDialogOfTheValue()
     QVERIFY(dialog);
     QVERIFY(!dialog->isModal());
     QVERIFY(!open<DiskSpaceMonDialog>(*page));
-    QCOMPARE(dialog->windowTitle(), shown(*page, event, path, 0).data().toString());
+    QCOMPARE(dialog->windowTitle(), PageFixture::shown(*page, event, path, 0).data().toString());
     QTEST(dialog->findChild<QPushButton *>(QStringLiteral("addButton"))->text(), "addText");
     QCOMPARE(dialog->paths().size(), rows);
 }
@@ -187,7 +176,8 @@ void WatchedPageTest::editedFilesAreInTheFilesAndInTheDialogAgain()
     press(dialog, QDialogButtonBox::Ok);
     QVERIFY(!page->compareModels());
     QCOMPARE(page->stateWidget()->state(), KCMNV::StateWidget::State::Changed);
-    QCOMPARE(shown(*page, event, keyPath, 1).data().toString(), edited.join(QLatin1String(", ")));
+    QCOMPARE(PageFixture::shown(*page, event, keyPath, 1).data().toString(),
+             edited.join(QLatin1String(", ")));
     page->save();
 
     QCOMPARE(m_machine.read(m_machine.rulesPath()), QByteArray(before + addedRules));
@@ -206,7 +196,8 @@ void WatchedPageTest::editedFilesAreInTheFilesAndInTheDialogAgain()
     // A page of a later day.
     const auto later = m_machine.openPage();
     QVERIFY(later);
-    QCOMPARE(shown(*later, event, keyPath, 1).data().toString(), edited.join(QLatin1String(", ")));
+    QCOMPARE(PageFixture::shown(*later, event, keyPath, 1).data().toString(),
+             edited.join(QLatin1String(", ")));
 }
 
 void WatchedPageTest::openingAndAcceptingNeverMakesAChange_data()
@@ -254,7 +245,7 @@ void WatchedPageTest::anEmptiedListIsEmptyAfterSavingToo()
     press(dialog, QDialogButtonBox::Ok);
     page->save();
     QCOMPARE(m_machine.read(m_machine.rulesPath()).trimmed(), QByteArray());
-    QCOMPARE(shown(*page, modifiedFile, keyPath, 1).data().toString(), QString());
+    QCOMPARE(PageFixture::shown(*page, modifiedFile, keyPath, 1).data().toString(), QString());
     doubleClick(*page, modifiedFile, keyPath);
     QCOMPARE(dialog->paths(), QStringList());
     QVERIFY(dialog->addPath(QStringLiteral("/etc/passwd")));
@@ -284,7 +275,7 @@ void WatchedPageTest::editedLimitsSurviveApplyAndReload()
     doubleClick(*page, disk, directoriesPath);
     auto *dialog = open<DiskSpaceMonDialog>(*page);
     QVERIFY(dialog);
-    QCOMPARE(dialog->windowTitle(), shown(*page, disk, directoriesPath, 0).data().toString());
+    QCOMPARE(dialog->windowTitle(), PageFixture::shown(*page, disk, directoriesPath, 0).data().toString());
     QVector<DiskLimit> expected = dialog->model()->rows();
     QCOMPARE(expected.size(), 3);
     QVERIFY(dialog->model()->setData(dialog->model()->index(1, DiskLimitsModel::BytesColumn), 4096));
@@ -349,8 +340,10 @@ void WatchedPageTest::aReloadWhileTheDialogIsOpenLosesNothing()
     QVERIFY(dialog->addPath(QStringLiteral("/etc/passwd")));
     page->load_p();
     press(dialog, QDialogButtonBox::Ok);
-    QVERIFY(
-        shown(*page, modifiedFile, keyPath, 1).data().toString().endsWith(QLatin1String(", /etc/passwd")));
+    QVERIFY(PageFixture::shown(*page, modifiedFile, keyPath, 1)
+                .data()
+                .toString()
+                .endsWith(QLatin1String(", /etc/passwd")));
     QVERIFY(PageFixture::node(page->workingModel(), modifiedFile, rulesPath)
                 ->data(1)
                 .toString()
