@@ -9,7 +9,8 @@
 #include <QTimer>
 #include <QVector>
 
-/// Answers every message box that appears, and remembers what they said.
+/// Answers every message box that appears, and remembers what they said; a box for marked-up text is a
+/// failure.
 class BoxAnswerer : public QObject
 {
     Q_OBJECT
