@@ -22,7 +22,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     for (auto it = expected.begin(); it != expected.end(); ++it) {
         const char *json = overrides.json(it.key().toStdString());
         require((json != nullptr) == it->isObject(), "objects are settings, and nothing else is", it.key());
-        require(json == nullptr || QJsonDocument::fromJson(json).object() == it->toObject(),
+        // As maps: objects whose names hold zeros differ by the order in which the parser came upon them.
+        require(json == nullptr
+                    || QJsonDocument::fromJson(json).object().toVariantMap() == it->toObject().toVariantMap(),
                 "settings are as they stand", it.key());
     }
     for (const auto &member : scanner.members()) {
