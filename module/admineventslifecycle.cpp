@@ -78,7 +78,9 @@ void AdminEventsModule::access()
     if (!m_firstViewerArgument.isEmpty() && !m_secondViewerArgument.isEmpty()) {
         notificationSettingsFromViewer(m_secondViewerArgument, m_firstViewerArgument);
     }
-    createNextDialog();
+    if (self) {
+        createNextDialog();
+    }
 }
 
 void AdminEventsModule::createNextDialog()

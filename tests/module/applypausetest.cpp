@@ -20,6 +20,24 @@
 #include <functional>
 
 namespace {
+/// Destroys a page as soon as a message box is open.
+class EndUnderBox : public QObject
+{
+public:
+    explicit EndUnderBox(QPointer<AdminEventsModule> &page)
+    {
+        connect(&m_timer, &QTimer::timeout, this, [&page] {
+            if (qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                delete page;
+            }
+        });
+        m_timer.start(10);
+    }
+
+private:
+    QTimer m_timer;
+};
+
 /// Calls a function in every pause of long work, with the number of the pause.
 class InPauses : public QObject
 {
@@ -61,6 +79,7 @@ private Q_SLOTS:
     void aPageThatEndsInAnyPauseOfAReloadLeavesNothingBehind();
     void aPageThatEndsUnderAMessageBoxSavesNothing_data();
     void aPageThatEndsUnderAMessageBoxSavesNothing();
+    void aPageThatEndsUnderTheMessageBoxOfItsViewerLeavesNothingBehind();
     void whatIsBeingTypedIsApplied();
 
 private:
@@ -237,17 +256,23 @@ void ApplyPauseTest::aPageThatEndsUnderAMessageBoxSavesNothing()
         page->switchDbus(PageFixture::node(page->workingModel(), QStringLiteral("login")), true);
     }
     const QByteArray before = m_machine.read(m_machine.settingsPath());
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, this, [&page] {
-        if (qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            delete page;
-        }
-    });
-    timer.start(10);
+    const EndUnderBox end(page);
     page->save();
     QVERIFY(page.isNull());
     QVERIFY(!QApplication::overrideCursor());
     QCOMPARE(m_machine.read(m_machine.settingsPath()), before);
+}
+
+void ApplyPauseTest::aPageThatEndsUnderTheMessageBoxOfItsViewerLeavesNothingBehind()
+{
+    // A notification that is on and cannot be shown.
+    m_machine.write(m_machine.root() + QStringLiteral("/etc/syslog-ng/conf.d/mod-nivra-login_msg.conf"), {});
+    QPointer<AdminEventsModule> page(new AdminEventsModule(
+        nullptr, {QStringLiteral("login"), QStringLiteral("auth"), QStringLiteral("more")}));
+    const EndUnderBox end(page);
+    page->show();
+    QTRY_VERIFY(page.isNull());
+    QVERIFY(!QApplication::overrideCursor());
 }
 
 void ApplyPauseTest::whatIsBeingTypedIsApplied()
