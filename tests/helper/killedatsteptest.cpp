@@ -27,7 +27,10 @@ End runAndKill(const std::function<bool()> &action, int step)
             ::_exit(9);
         }
         ::raise(SIGSTOP);
-        ::_exit(action() ? 0 : 1);
+        const bool done = action();
+        // What it writes from here on counts lines of code.
+        ::raise(SIGSTOP);
+        ::_exit(done ? 0 : 1);
     }
     int status = 0;
     if (::waitpid(child, &status, 0) != child || !WIFSTOPPED(status)
@@ -37,6 +40,11 @@ End runAndKill(const std::function<bool()> &action, int step)
     for (int changes = 0; changes < step; changes += isAboutToChange(child) ? 1 : 0) {
         if (::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0 || ::waitpid(child, &status, 0) != child
             || !WIFSTOPPED(status)) {
+            return End::NotTraced;
+        }
+        if (WSTOPSIG(status) == SIGSTOP) {
+            ::ptrace(PTRACE_CONT, child, nullptr, nullptr);
+            ::waitpid(child, &status, 0);
             return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? End::Done : End::NotTraced;
         }
     }
