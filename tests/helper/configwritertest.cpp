@@ -64,6 +64,7 @@ private Q_SLOTS:
     void removesOnlyItsOwnLeftovers();
     void changesNothingWhenTheDiskTakesNoMore_data();
     void changesNothingWhenTheDiskTakesNoMore();
+    void refusesToReplaceAFileTooLargeToBeKept();
     void refusesWhileAnotherHelperWrites();
     void leavesTheOldOrTheNewFileWhenKilled();
 
@@ -440,6 +441,21 @@ void ConfigWriterTest::changesNothingWhenTheDiskTakesNoMore()
     QVERIFY(!outcome.ok());
     QVERIFY2(outcome.error().contains(QLatin1String("mod-nivra.conf")), qPrintable(outcome.error()));
     QCOMPARE(snapshot(), before);
+}
+
+void ConfigWriterTest::refusesToReplaceAFileTooLargeToBeKept()
+{
+    QVERIFY(write(settingsPath(), "{}").ok());
+    // With nothing but a hole behind the first bytes.
+    const qint64 size = 65 * 1024 * 1024;
+    QVERIFY(QFile::resize(below(settingsPath()), size));
+    const Outcome outcome = write(settingsPath(), "{ }");
+    QVERIFY2(outcome.error().contains(QLatin1Char('"') + below(settingsPath()) + QLatin1Char('"')),
+             qPrintable(outcome.error()));
+    QVERIFY2(outcome.error().contains(QLatin1String("larger than 67108864 bytes")),
+             qPrintable(outcome.error()));
+    QCOMPARE(QFileInfo(below(settingsPath())).size(), size);
+    QVERIFY(getFile(below(settingsPath())).startsWith("{}"));
 }
 
 void ConfigWriterTest::refusesWhileAnotherHelperWrites()
