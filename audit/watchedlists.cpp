@@ -9,22 +9,20 @@
 #include <watchedpaths.h>
 
 namespace {
-constexpr int textColumn = 1;
-constexpr int jsonColumn = 2;
-
 /// Both forms of a list agree at any time that the model announces a change of it.
 void storeList(CheckableTreeModel &model, EventTreeItem *list, const QJsonArray &elements)
 {
     list->kind = EventTreeItem::List;
-    list->setData(jsonColumn, JsonText::compact(elements));
-    model.setData(model.indexOf(list, textColumn), JsonText::arrayText(elements), Qt::EditRole);
+    list->setData(EventTreeItem::JsonColumn, JsonText::compact(elements));
+    model.setData(model.indexOf(list, EventTreeItem::ValueColumn), JsonText::arrayText(elements),
+                  Qt::EditRole);
 }
 } // namespace
 
 bool WatchedLists::storePaths(CheckableTreeModel &model, EventTreeItem *list, const QString &paths)
 {
     const QStringList edited = WatchedPaths::fromText(paths);
-    if (edited == WatchedPaths::fromText(list->value(textColumn).toString())) {
+    if (edited == WatchedPaths::fromText(list->value(EventTreeItem::ValueColumn).toString())) {
         return false;
     }
     const QModelIndex rules = model.indexOf(list).data(CheckableTreeModel::AuditRulesRole).toModelIndex();
@@ -41,7 +39,8 @@ bool WatchedLists::storeDirectories(CheckableTreeModel &model, EventTreeItem *di
     bool isArray = false;
     const QJsonArray edited = JsonText::parseArray(json, isArray);
     bool wasArray = false;
-    const QJsonArray former = JsonText::parseArray(directories->value(jsonColumn).toString(), wasArray);
+    const QJsonArray former
+        = JsonText::parseArray(directories->value(EventTreeItem::JsonColumn).toString(), wasArray);
     if (!isArray || (wasArray && edited == former)) {
         return false;
     }

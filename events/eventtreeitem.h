@@ -19,6 +19,8 @@
 class EventTreeItem : public TreeItem
 {
 public:
+    enum Column : int { NameColumn = 0, ValueColumn = 1, JsonColumn = 2 };
+
     /// Whether desktop notifications are delivered for an event; stored as int.
     enum NotificationState : int {
         NotificationOff = 0,

@@ -22,8 +22,6 @@
 #include <QPointer>
 
 namespace {
-constexpr int valueColumn = 1;
-
 bool isSendKey(int key)
 {
     return key == Qt::Key_Return || key == Qt::Key_Enter;
@@ -59,7 +57,7 @@ void AdminEventsModule::editSelection(const QModelIndex &index)
         return;
     }
     QItemSelectionModel *selection = m_ui->singleEventsView->selectionModel();
-    const QModelIndex value = index.siblingAtColumn(valueColumn);
+    const QModelIndex value = index.siblingAtColumn(EventTreeItem::ValueColumn);
     selection->select(value, QItemSelectionModel::Clear | QItemSelectionModel::Rows);
     selection->select(value, QItemSelectionModel::Select);
     selection->select(index, QItemSelectionModel::Select);
@@ -67,7 +65,7 @@ void AdminEventsModule::editSelection(const QModelIndex &index)
 
 void AdminEventsModule::editEvent(const QModelIndex &index)
 {
-    if (!index.isValid() || index.column() != valueColumn) {
+    if (!index.isValid() || index.column() != EventTreeItem::ValueColumn) {
         return;
     }
     editWatched(index);

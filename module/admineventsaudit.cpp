@@ -17,10 +17,6 @@
 
 #include <QPointer>
 
-namespace {
-constexpr int jsonColumn = 2;
-}
-
 AuditDialog &AdminEventsModule::auditDialog()
 {
     if (!m_auditDialog) {
@@ -47,7 +43,7 @@ void AdminEventsModule::editAudited(const QModelIndex &index)
     }
     m_editedSubjects = subjects;
     dialog.setWindowTitle(name.data().toString());
-    dialog.setTableData(index.siblingAtColumn(jsonColumn).data().toString());
+    dialog.setTableData(index.siblingAtColumn(EventTreeItem::JsonColumn).data().toString());
     dialog.setDialogType(users ? AuditDialog::Users : AuditDialog::Groups);
     Gui::Utils::bringUp(dialog);
 }

@@ -13,10 +13,6 @@
 #include <KLocalizedString>
 #include <KMessageWidget>
 
-namespace {
-constexpr int jsonColumn = 2;
-} // namespace
-
 FilesDialog &AdminEventsModule::filesDialog()
 {
     if (!m_filesDialog) {
@@ -60,7 +56,7 @@ void AdminEventsModule::editWatched(const QModelIndex &index)
         }
         m_editedDirectories = directories;
         dialog.setWindowTitle(name.data().toString());
-        dialog.setData(index.siblingAtColumn(jsonColumn).data().toString());
+        dialog.setData(index.siblingAtColumn(EventTreeItem::JsonColumn).data().toString());
         Gui::Utils::bringUp(dialog);
     }
 }
