@@ -267,7 +267,7 @@ bool CheckableTreeModel::toggle(const QModelIndex &index)
             CheckStates::takeFromValue(parent);
         }
         // The groups of linked events show what has become of them.
-        const QVector<EventTreeItem *> &linked = check ? item->dependencies : item->dependents;
+        const QVector<EventTreeItem *> &linked = check ? item->dependencies() : item->dependents();
         for (const EventTreeItem *event : linked) {
             CheckStates::setDirChecked(event->parentItem());
         }
@@ -374,7 +374,7 @@ void CheckableTreeModel::setGroupChecked(EventTreeItem *item, bool checked) cons
 {
     const int state = checked ? Qt::Checked : Qt::Unchecked;
     item->checkState = state;
-    const QVector<EventTreeItem *> &linked = checked ? item->dependencies : item->dependents;
+    const QVector<EventTreeItem *> &linked = checked ? item->dependencies() : item->dependents();
     for (EventTreeItem *event : linked) {
         event->checkState = state;
     }

@@ -7,6 +7,8 @@
 #include "eventtreeclone.h"
 #include "jsontext.h"
 
+#include <QJsonObject>
+
 #include <algorithm>
 
 struct EventNodeFactory::Origin
@@ -17,15 +19,16 @@ struct EventNodeFactory::Origin
 
 namespace {
 const OverlayMarks noMarks;
-constexpr int longestShared = 40;
+constexpr int longestShared = 40; // texts beyond these lengths are rarely equal
+constexpr int longestSharedValue = 20;
 constexpr int initialText = 1 << 14;
 constexpr int initialNames = 1 << 8;
 
-QStringList sortedUnique(QStringList names)
+const QJsonObject &nothingRecorded()
 {
-    std::sort(names.begin(), names.end());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
-    return names;
+    static const QJsonObject outcome{{QStringLiteral("fail"), QStringLiteral("0")},
+                                     {QStringLiteral("succ"), QStringLiteral("0")}};
+    return outcome;
 }
 
 bool isOverlayName(const QString &name)
@@ -40,14 +43,28 @@ bool isFixedName(const QString &name)
         || name == QLatin1String("message-audit-events") || isOverlayName(name);
 }
 
-/// Begins a member in the text of an object that starts at @p start and whose end is still open.
-void appendKey(QString &json, int start, const QString &name)
+/// A name as it stands before a member's value.
+QString jsonKey(const QString &name)
+{
+    QString key;
+    JsonText::appendQuoted(key, name);
+    return key + QLatin1Char(':');
+}
+
+/// Adds to the text of an object that starts at @p start and whose end is still open.
+void appendMember(QString &json, int start, const QString &member)
 {
     if (json.size() > start + 1) {
         json += QLatin1Char(',');
     }
-    JsonText::appendQuoted(json, name);
-    json += QLatin1Char(':');
+    json += member;
+}
+
+/// JSON keys are in the order of their characters, texts in that of their code units: beyond U+FFFF those
+/// differ.
+bool sortsOtherwiseInJson(const QString &name)
+{
+    return std::any_of(name.begin(), name.end(), [](QChar c) { return c.isSurrogate(); });
 }
 
 /// Marks a subjects object, its audit identifier and "message-audit-events".
@@ -81,15 +98,30 @@ bool isSubjectsNode(const EventTreeItem *node)
 }
 } // namespace
 
-EventNodeFactory::EventNodeFactory(const NodeDictionary &dictionary, QStringList users, QStringList groups,
-                                   bool russian)
+EventNodeFactory::EventNodeFactory(const NodeDictionary &dictionary, const QStringList &users,
+                                   const QStringList &groups, bool russian)
     : m_dictionary(dictionary)
-    , m_users(sortedUnique(std::move(users)))
-    , m_groups(sortedUnique(std::move(groups)))
+    , m_users(switchedOff(users))
+    , m_groups(switchedOff(groups))
     , m_russian(russian)
 {
     m_json.reserve(initialText);
     m_names.reserve(initialNames);
+}
+
+/// Sorted, each account once.
+QVector<EventNodeFactory::Account> EventNodeFactory::switchedOff(const QStringList &names)
+{
+    QStringList sorted = names;
+    std::sort(sorted.begin(), sorted.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+    const QString json = JsonText::compact(nothingRecorded());
+    QVector<Account> accounts;
+    accounts.reserve(sorted.size());
+    for (const QString &name : qAsConst(sorted)) {
+        accounts.append({name, {name, QVariant(), json}, jsonKey(name) + json});
+    }
+    return accounts;
 }
 
 QString EventNodeFactory::shared(const QString &text) const
@@ -101,7 +133,7 @@ EventNodeFactory::Name &EventNodeFactory::nameOf(const QString &text) const
 {
     Name &name = m_names[text];
     if (name.text.isNull()) {
-        name = {shared(text), m_dictionary.find(text), isOverlayName(text), {}};
+        name = {text, jsonKey(text), m_dictionary.find(text), isOverlayName(text), {}};
     }
     return name;
 }
@@ -116,12 +148,12 @@ QVector<QVariant> EventNodeFactory::rowOf(Name &name, const QJsonValue &value) c
         return {name.text, value.toVariant(), QVariant()};
     }
     const QString text = value.toString();
-    if (text.size() > longestShared) {
+    if (text.size() > longestSharedValue) {
         return {name.text, text, QVariant()};
     }
     QVector<QVariant> &row = name.rows[text];
     if (row.isEmpty()) {
-        row = {name.text, shared(text), QVariant()};
+        row = {name.text, text, QVariant()};
     }
     return row;
 }
@@ -150,10 +182,9 @@ EventTreeItem *EventNodeFactory::createEvent(const QString &id, const QJsonObjec
     return event;
 }
 
-EventTreeItem *EventNodeFactory::createNode(const QString &text, const QJsonValue &value,
-                                            const Origin &origin, EventTreeItem *parent) const
+EventTreeItem *EventNodeFactory::createNode(Name &name, const QJsonValue &value, const Origin &origin,
+                                            EventTreeItem *parent) const
 {
-    Name &name = nameOf(text);
     auto *node = new EventTreeItem(rowOf(name, value), parent);
     node->nativeName = name.text;
     node->kind = EventTreeItem::Parameter;
@@ -182,7 +213,7 @@ EventTreeItem *EventNodeFactory::createNode(const QString &text, const QJsonValu
     } else {
         m_json += value.isArray() ? node->value(2).toString() : JsonText::compact(value);
     }
-    if (!isSubject && text == QLatin1String("message-audit-rules")) {
+    if (!isSubject && name.text == QLatin1String("message-audit-rules")) {
         parent->setHasAuditRules(true);
     }
     // A click rewrites values from check states over the whole tree, so every
@@ -205,8 +236,9 @@ void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &obj
         const Origin inner{merged == marks.merged.constEnd() ? nullptr : &*merged,
                            !isRecord && (origin.overlay || marks.named.contains(key))};
         const int end = m_json.size();
-        appendKey(m_json, start, key);
-        createNode(key, *it, inner, node);
+        Name &name = nameOf(key);
+        appendMember(m_json, start, name.key);
+        createNode(name, *it, inner, node);
         if (isRecord) {
             m_json.truncate(end); // bookkeeping, not part of the description
         }
@@ -217,48 +249,50 @@ void EventNodeFactory::createMembers(EventTreeItem *node, const QJsonObject &obj
 void EventNodeFactory::createSubjects(EventTreeItem *node, const QJsonObject &object,
                                       const Origin &origin) const
 {
-    static const QJsonObject switchedOff{{QStringLiteral("fail"), QStringLiteral("0")},
-                                         {QStringLiteral("succ"), QStringLiteral("0")}};
     const OverlayMarks &marks = origin.marks ? *origin.marks : noMarks;
     if (!marks.named.isEmpty()) {
         markWithParents(node); // records of what was named are no members of these objects
     }
-    const QStringList &accounts = node->nativeName == QLatin1String("users") ? m_users : m_groups;
+    const QVector<Account> &accounts = node->nativeName == QLatin1String("users") ? m_users : m_groups;
     node->reserve(accounts.size() + object.size());
     const int start = m_json.size();
     m_json += QLatin1Char('{');
     const EventTreeItem *pattern = nullptr; // accounts that nothing is said of differ in their names only
-    const auto addMissing = [&](const QString &name) {
-        if (object.contains(name) && !marks.records.contains(name)) {
+    const auto addMissing = [&](const Account &account) {
+        // The two orders differ, so the account may be still to come.
+        if (sortsOtherwiseInJson(account.name) && object.contains(account.name)
+            && !marks.records.contains(account.name)) {
             return;
         }
-        appendKey(m_json, start, name);
         if (!pattern) {
-            pattern = createNode(name, switchedOff, {}, node);
+            Name &name = nameOf(account.name);
+            appendMember(m_json, start, name.key);
+            pattern = createNode(name, nothingRecorded(), {}, node);
             return;
         }
         EventTreeItem *child = EventTreeClone::copyNode(*pattern, node).release();
-        child->nativeName = name;
-        child->setData(0, name);
+        child->nativeName = account.name;
+        child->setData(account.row);
         node->appendChild(child);
-        m_json += child->value(2).toString();
+        appendMember(m_json, start, account.member);
     };
-    // Both lists are sorted, all but alike (JSON keys differ beyond U+FFFF): walk them side by side.
+    // Both lists are sorted, all but alike: walk them side by side.
     auto account = accounts.begin();
     for (auto it = object.begin(); it != object.end(); ++it) {
         const QString key = it.key();
         if (marks.records.contains(key)) {
             continue; // an account of that name is still to come
         }
-        for (; account != accounts.end() && *account < key; ++account) {
+        for (; account != accounts.end() && account->name < key; ++account) {
             addMissing(*account);
         }
-        if (account != accounts.end() && *account == key) {
+        if (account != accounts.end() && account->name == key) {
             ++account;
         }
         const auto merged = marks.merged.constFind(key);
-        appendKey(m_json, start, key);
-        createNode(key, *it,
+        Name &name = nameOf(key);
+        appendMember(m_json, start, name.key);
+        createNode(name, *it,
                    {merged == marks.merged.constEnd() ? nullptr : &*merged,
                     origin.overlay || marks.named.contains(key)},
                    node);

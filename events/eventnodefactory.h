@@ -25,7 +25,8 @@ public:
      * @param users, groups the system's accounts, added to every "users" and "groups" object
      * @param russian show the dictionary's Russian names
      */
-    EventNodeFactory(const NodeDictionary &dictionary, QStringList users, QStringList groups, bool russian);
+    EventNodeFactory(const NodeDictionary &dictionary, const QStringList &users, const QStringList &groups,
+                     bool russian);
 
     /**
      * Makes the node of an event and everything below it.
@@ -44,12 +45,22 @@ private:
     struct Name
     {
         QString text;
+        QString key; // as it stands before a value in a JSON text
         const NodeDictionary::Entry *entry = nullptr;
         bool overlay = false; // a record, or what looks like one
         QHash<QString, QVector<QVariant>> rows; // by value; nodes share a row until it is written
     };
 
-    EventTreeItem *createNode(const QString &text, const QJsonValue &value, const Origin &origin,
+    /// One of the system's accounts, as it stands where nothing is said of it: all is switched off.
+    struct Account
+    {
+        QString name;
+        QVector<QVariant> row; // shared by all nodes of the account
+        QString member; // of the JSON text
+    };
+
+    [[nodiscard]] static QVector<Account> switchedOff(const QStringList &names);
+    EventTreeItem *createNode(Name &name, const QJsonValue &value, const Origin &origin,
                               EventTreeItem *parent) const;
     void createMembers(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
     void createSubjects(EventTreeItem *node, const QJsonObject &object, const Origin &origin) const;
@@ -60,8 +71,8 @@ private:
     void applyEntry(EventTreeItem *node, const NodeDictionary::Entry *entry) const;
 
     const NodeDictionary &m_dictionary;
-    QStringList m_users;
-    QStringList m_groups;
+    QVector<Account> m_users;
+    QVector<Account> m_groups;
     bool m_russian;
     mutable QString m_json; // of the event at hand; every object below it is a part of that text
     mutable QHash<QString, Name> m_names;

@@ -46,6 +46,32 @@ EventTreeItem::EventTreeItem(const EventTreeItem &source, EventTreeItem *parent)
 {
 }
 
+const QVector<EventTreeItem *> &EventTreeItem::dependencies() const
+{
+    static const QVector<EventTreeItem *> none;
+    return m_links ? m_links->dependencies : none;
+}
+
+const QVector<EventTreeItem *> &EventTreeItem::dependents() const
+{
+    static const QVector<EventTreeItem *> none;
+    return m_links ? m_links->dependents : none;
+}
+
+void EventTreeItem::addDependency(EventTreeItem *needed)
+{
+    links().dependencies.append(needed);
+    needed->links().dependents.append(this);
+}
+
+EventTreeItem::Links &EventTreeItem::links()
+{
+    if (!m_links) {
+        m_links = std::make_unique<Links>();
+    }
+    return *m_links;
+}
+
 EventTreeItem *EventTreeItem::findChildByNativeName(const QString &name) const
 {
     for (TreeItem *node : children()) {

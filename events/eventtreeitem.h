@@ -8,13 +8,17 @@
 #include <QMetaType>
 #include <QStringList>
 
+#include <memory>
+
 /**
  * A node of the event tree: a group, an event, or something that an event's
  * JSON description holds. Columns: 0 the shown name, 1 the value (switches
  * are "0" and "1"), 2 the compact JSON text of an object or array.
  *
  * The state fields are plain members: the builder, the model, the writer and
- * the change detection read and write them directly.
+ * the change detection read and write them directly. They are narrow because a
+ * large site has hundreds of thousands of nodes, and a load spends a fifth of
+ * its time on getting memory for them.
  */
 class EventTreeItem : public TreeItem
 {
@@ -82,26 +86,42 @@ public:
     /// The direct child that is the member @p name of this node's object; subjects do not count.
     [[nodiscard]] EventTreeItem *member(QLatin1String name) const;
 
-    bool checkable = false;
-    bool editable = false;
-    bool childrenEditable = false;
-    bool visible = true;
-    bool overlay = false; ///< belongs into the settings file
-    bool notRedirected = false;
-    bool generatesLoad = false;
+    /// The events of the same tree that this one depends on, not owned.
+    [[nodiscard]] const QVector<EventTreeItem *> &dependencies() const;
+    /// The events of the same tree that depend on this one, not owned.
+    [[nodiscard]] const QVector<EventTreeItem *> &dependents() const;
+    /// Makes this event depend on @p needed; both know it.
+    void addDependency(EventTreeItem *needed);
+
+    bool checkable : 1 = false;
+    bool editable : 1 = false;
+    bool childrenEditable : 1 = false;
+    bool visible : 1 = true;
+    bool overlay : 1 = false; ///< belongs into the settings file
+    bool notRedirected : 1 = false;
+    bool generatesLoad : 1 = false;
 
 private:
-    bool m_hasAuditRules = false;
+    bool m_hasAuditRules : 1 = false;
 
 public:
-    int checkState = Qt::Unchecked;
-    NotificationState notificationState = NotificationOff;
-    int kind = Event;
+    int checkState : 8 = Qt::Unchecked;
+    NotificationState notificationState : 8 = NotificationOff;
+    int kind : 8 = Event;
     QStringList conflictsWith; ///< native names of events not to be enabled together with this one
     QString nativeName; ///< the key in the JSON description; for an event its identifier
     QString localizedName; ///< the name in the user's language
-    QVector<EventTreeItem *> dependencies; ///< events this one depends on, not owned
-    QVector<EventTreeItem *> dependents; ///< events that depend on this one, not owned
+
+private:
+    struct Links
+    {
+        QVector<EventTreeItem *> dependencies;
+        QVector<EventTreeItem *> dependents;
+    };
+
+    [[nodiscard]] Links &links();
+
+    std::unique_ptr<Links> m_links; // few events have any
 };
 
 Q_DECLARE_METATYPE(EventTreeItem::NotificationState)

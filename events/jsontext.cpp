@@ -6,16 +6,37 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+namespace {
+/// Whether a character stands for itself; of surrogates, only pairs do.
+bool isPlain(QChar character)
+{
+    const ushort code = character.unicode();
+    return code >= 0x20 && code != '"' && code != '\\' && code != 0x7f && !character.isSurrogate();
+}
+
+// No early end: nearly all texts are plain, and this way the compiler looks at many letters at once.
+bool isAllPlain(const QString &text)
+{
+    bool plain = true;
+    for (const QChar character : text) {
+        plain = isPlain(character) && plain;
+    }
+    return plain;
+}
+} // namespace
+
 void JsonText::appendQuoted(QString &target, const QString &text)
 {
     target += QLatin1Char('"');
+    if (isAllPlain(text)) {
+        target += text;
+        target += QLatin1Char('"');
+        return;
+    }
     const QChar *plain = text.constData(); // start of what needs no escape and is not copied yet
     const QChar *end = plain + text.size();
     for (const QChar *c = plain; c != end; ++c) {
-        const ushort code = c->unicode();
-        const bool named = code == '"' || code == '\\';
-        const bool surrogate = c->isSurrogate();
-        if (!named && code >= 0x20 && code != 0x7f && !surrogate) {
+        if (isPlain(*c)) {
             continue;
         }
         if (c->isHighSurrogate() && c + 1 != end && (c + 1)->isLowSurrogate()) {
@@ -24,7 +45,8 @@ void JsonText::appendQuoted(QString &target, const QString &text)
         }
         target.append(plain, static_cast<int>(c - plain));
         plain = c + 1;
-        if (named) {
+        const ushort code = c->unicode();
+        if (code == '"' || code == '\\') {
             target += QLatin1Char('\\');
             target += *c;
         } else {

@@ -36,11 +36,13 @@ NodeDictionary NodeDictionary::fromJson(const QByteArray &json)
         entry.childrenEditable = isTrue(source, QLatin1String("children_editable"));
         entry.russianName = source.value(QLatin1String("ru")).toString();
         entry.isNumber = source.value(QLatin1String("type")).toString() == QLatin1String("number");
-        bool hasMinimum = false;
-        bool hasMaximum = false;
-        entry.minimum = source.value(QLatin1String("min")).toString().toLongLong(&hasMinimum);
-        entry.maximum = source.value(QLatin1String("max")).toString().toLongLong(&hasMaximum);
-        entry.hasRange = hasMinimum && hasMaximum;
+        if (entry.isNumber) {
+            bool hasMinimum = false;
+            bool hasMaximum = false;
+            entry.minimum = source.value(QLatin1String("min")).toString().toLongLong(&hasMinimum);
+            entry.maximum = source.value(QLatin1String("max")).toString().toLongLong(&hasMaximum);
+            entry.hasRange = hasMinimum && hasMaximum;
+        }
         dictionary.m_entries.insert(it.key(), entry);
     }
     return dictionary;

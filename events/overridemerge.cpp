@@ -72,15 +72,20 @@ QJsonObject mergeAt(const Place &place, QJsonObject base, const QJsonObject &ove
     }
     for (auto it = override.begin(); it != override.end(); ++it) {
         const QString key = it.key();
-        const QJsonValue present = base.value(key);
-        if (present.isObject() && it->isObject()) {
+        const auto present = base.find(key);
+        if (present == base.end()) {
+            base.insert(key, *it);
+            records.record(key);
+        } else if (present->isObject() && it->isObject()) {
+            QJsonObject object = present->toObject();
+            *present = QJsonValue(); // an object that two hold would be copied before it is changed
             OverlayMarks inner;
-            base.insert(key, mergeAt({key, &place}, present.toObject(), it->toObject(), inner));
+            *present = mergeAt({key, &place}, std::move(object), it->toObject(), inner);
             if (!inner.isEmpty()) {
                 marks.merged.insert(key, inner);
             }
         } else {
-            base.insert(key, *it);
+            *present = *it;
             records.record(key);
         }
     }

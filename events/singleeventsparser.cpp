@@ -39,7 +39,7 @@ EventTreeItem *appendMember(EventTreeItem *parent, const QString &name)
 /// The watched path: every rule ends in it, because it is the rule's key as well.
 QString getFileFromRule(const QString &rule)
 {
-    return rule.split(QLatin1Char(' ')).constLast().trimmed();
+    return rule.mid(rule.lastIndexOf(QLatin1Char(' ')) + 1).trimmed();
 }
 } // namespace
 
@@ -222,8 +222,7 @@ void SingleEventsParser::checkDepends(EventTreeItem *root) const
         EventTreeItem *event = events.value(it.key());
         EventTreeItem *needed = events.value(it.value());
         if (event && needed) {
-            event->dependencies.append(needed);
-            needed->dependents.append(event);
+            event->addDependency(needed);
         }
     }
 }

@@ -20,10 +20,10 @@ private Q_SLOTS:
         EventTreeItem *needs = Tree::at(root, "a/needs");
         EventTreeItem *needed = Tree::at(root, "b/needed");
 
-        QCOMPARE(needs->dependencies, QVector<EventTreeItem *>{needed});
-        QCOMPARE(needed->dependents, QVector<EventTreeItem *>{needs});
-        QVERIFY(needs->dependents.isEmpty());
-        QVERIFY(needed->dependencies.isEmpty());
+        QCOMPARE(needs->dependencies(), QVector<EventTreeItem *>{needed});
+        QCOMPARE(needed->dependents(), QVector<EventTreeItem *>{needs});
+        QVERIFY(needs->dependents().isEmpty());
+        QVERIFY(needed->dependencies().isEmpty());
     }
 
     void severalDependenciesAreSplitAtCommas_data()
@@ -43,11 +43,11 @@ private Q_SLOTS:
         }
         sandbox.addEvent("g", "event", (R"({"event-group": "g", "message-depends": )" + value + '}'));
         const auto root = sandbox.parse();
-        QStringList names = Tree::names(Tree::at(root, "g/event")->dependencies);
+        QStringList names = Tree::names(Tree::at(root, "g/event")->dependencies());
         names.sort();
         QCOMPARE(names, QStringList({QStringLiteral("one"), QStringLiteral("three"), QStringLiteral("two")}));
         for (const char *id : {"g/one", "g/two", "g/three"}) {
-            QCOMPARE(Tree::names(Tree::at(root, id)->dependents), QStringList{QStringLiteral("event")});
+            QCOMPARE(Tree::names(Tree::at(root, id)->dependents()), QStringList{QStringLiteral("event")});
         }
     }
 
@@ -56,9 +56,9 @@ private Q_SLOTS:
         const CatalogSandbox sandbox;
         sandbox.addEvent("g", "event", R"({"event-group": "g", "message-depends": "nowhere"})");
         const auto root = sandbox.parse();
-        QVERIFY(Tree::at(root, "g/event")->dependencies.isEmpty());
+        QVERIFY(Tree::at(root, "g/event")->dependencies().isEmpty());
         for (const EventTreeItem *node : Tree::all(root.get())) {
-            QVERIFY(node->dependents.isEmpty());
+            QVERIFY(node->dependents().isEmpty());
         }
     }
 
@@ -69,9 +69,9 @@ private Q_SLOTS:
         sandbox.addEvent("g", "b", R"({"event-group": "g", "message-depends": "a"})");
         sandbox.addEvent("g", "c", R"({"event-group": "g", "message-depends": "a"})");
         const auto root = sandbox.parse();
-        QCOMPARE(Tree::names(Tree::at(root, "g/a")->dependencies), QStringList{QStringLiteral("b")});
-        QCOMPARE(Tree::names(Tree::at(root, "g/b")->dependencies), QStringList{QStringLiteral("a")});
-        QStringList dependents = Tree::names(Tree::at(root, "g/a")->dependents);
+        QCOMPARE(Tree::names(Tree::at(root, "g/a")->dependencies()), QStringList{QStringLiteral("b")});
+        QCOMPARE(Tree::names(Tree::at(root, "g/b")->dependencies()), QStringList{QStringLiteral("a")});
+        QStringList dependents = Tree::names(Tree::at(root, "g/a")->dependents());
         dependents.sort();
         QCOMPARE(dependents, QStringList({QStringLiteral("b"), QStringLiteral("c")}));
     }
@@ -85,9 +85,9 @@ private Q_SLOTS:
         sandbox.addEvent("mount", "mount", R"({"event-group": "mount", "x": "1"})");
         sandbox.addEvent("zz", "event", R"({"event-group": "zz", "message-depends": "mount"})");
         const auto root = sandbox.parse();
-        QCOMPARE(Tree::at(root, "zz/event")->dependencies,
+        QCOMPARE(Tree::at(root, "zz/event")->dependencies(),
                  QVector<EventTreeItem *>{Tree::at(root, "mount/mount")});
-        QCOMPARE(Tree::names(Tree::at(root, "mount/mount")->dependents),
+        QCOMPARE(Tree::names(Tree::at(root, "mount/mount")->dependents()),
                  QStringList{QStringLiteral("event")});
     }
 
@@ -99,9 +99,9 @@ private Q_SLOTS:
         const SingleEventsParser parser({}, {}, nullptr);
         for (int i = 0; i < 3; ++i) {
             const std::unique_ptr<EventTreeItem> root(parser.parse());
-            QCOMPARE(Tree::at(root, "g/needs")->dependencies,
+            QCOMPARE(Tree::at(root, "g/needs")->dependencies(),
                      QVector<EventTreeItem *>{Tree::at(root, "g/needed")});
-            QCOMPARE(Tree::at(root, "g/needed")->dependents,
+            QCOMPARE(Tree::at(root, "g/needed")->dependents(),
                      QVector<EventTreeItem *>{Tree::at(root, "g/needs")});
         }
     }

@@ -98,9 +98,9 @@ private Q_SLOTS:
         for (int i = 0; i < originals.size(); ++i) {
             const EventTreeItem &a = *originals.at(i);
             const EventTreeItem &b = *copies.at(i);
-            QCOMPARE(placesOf(b.dependencies), placesOf(a.dependencies));
-            QCOMPARE(placesOf(b.dependents), placesOf(a.dependents));
-            for (EventTreeItem *linked : b.dependencies + b.dependents) {
+            QCOMPARE(placesOf(b.dependencies()), placesOf(a.dependencies()));
+            QCOMPARE(placesOf(b.dependents()), placesOf(a.dependents()));
+            for (EventTreeItem *linked : b.dependencies() + b.dependents()) {
                 QVERIFY(copies.contains(linked));
                 ++links;
             }
@@ -117,7 +117,7 @@ private Q_SLOTS:
         QCOMPARE(Tree::at(copy, "g/event")->checkState, int(Qt::Checked));
         root.reset();
         QCOMPARE(Tree::valueAt(copy, "g/event/delay"), QStringLiteral("5"));
-        QCOMPARE(Tree::names(Tree::at(copy, "g/one")->dependencies), QStringList{QStringLiteral("two")});
+        QCOMPARE(Tree::names(Tree::at(copy, "g/one")->dependencies()), QStringList{QStringLiteral("two")});
     }
 };
 

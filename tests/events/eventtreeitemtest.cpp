@@ -62,8 +62,8 @@ private Q_SLOTS:
         QCOMPARE(item.kind, 1);
         QVERIFY(item.nativeName.isEmpty());
         QVERIFY(item.localizedName.isEmpty());
-        QVERIFY(item.dependencies.isEmpty());
-        QVERIFY(item.dependents.isEmpty());
+        QVERIFY(item.dependencies().isEmpty());
+        QVERIFY(item.dependents().isEmpty());
     }
 
     void kindsHaveTheirNumbers()
@@ -184,8 +184,7 @@ private Q_SLOTS:
         // Links cross the tree both ways, in circles, and do not own.
         for (Counted *event : qAsConst(events)) {
             for (Counted *other : qAsConst(events)) {
-                event->dependencies.append(other);
-                event->dependents.append(other);
+                event->addDependency(other);
             }
         }
         QVERIFY(destroyed.isEmpty());
@@ -202,8 +201,8 @@ private Q_SLOTS:
         auto kept = std::make_unique<Counted>(nullptr, destroyed, 1);
         {
             Counted linked(nullptr, destroyed, 2);
-            linked.dependencies.append(kept.get());
-            linked.dependents.append(kept.get());
+            linked.addDependency(kept.get());
+            kept->addDependency(&linked);
         }
         QCOMPARE(destroyed.value(2), 1);
         QCOMPARE(destroyed.value(1), 0);

@@ -188,7 +188,7 @@ private Q_SLOTS:
         }
         QCOMPARE(event->findChildTopLevelByNativeName(QStringLiteral("enabled"))->localizedName,
                  Tree::inLanguage("", "Включено"));
-        QCOMPARE(Tree::names(event->dependencies), QStringList{QStringLiteral("other")});
+        QCOMPARE(Tree::names(event->dependencies()), QStringList{QStringLiteral("other")});
         QCOMPARE(Tree::at(root, "g/event/message-audit-events/login/users")->kind,
                  int(EventTreeItem::Subjects));
         QVERIFY(!Tree::at(root, "g/event/overlay0")->visible);

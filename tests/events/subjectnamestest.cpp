@@ -115,7 +115,7 @@ private Q_SLOTS:
         QVERIFY(!event->hasAuditRules());
         QVERIFY(!event->generatesLoad);
         QVERIFY(event->conflictsWith.isEmpty());
-        QVERIFY(event->dependencies.isEmpty());
+        QVERIFY(event->dependencies().isEmpty());
         QVERIFY(!Tree::at(root, users)->hasAuditRules());
         QVERIFY(!Tree::at(root, "g/event/filter-values"));
         QCOMPARE(Tree::at(root, users)->checkState, int(Qt::Unchecked));

@@ -372,7 +372,7 @@ void SaveLoadTest::dependencyFindsTheEventNotTheIdentifier()
     addEvent("a", "needing", needing);
     addEvent("b", "mount", plainOff);
     load();
-    QCOMPARE(event("needing")->dependencies, QVector<EventTreeItem *>{event("mount")});
+    QCOMPARE(event("needing")->dependencies(), QVector<EventTreeItem *>{event("mount")});
     QVERIFY(m_model->click(event("needing")));
     QCOMPARE(event("mount")->checkState, int(Qt::Checked));
 }

@@ -110,8 +110,7 @@ EventTreeItem *TreeMaker::outcome(EventTreeItem *parent, const char *name, const
 
 void TreeMaker::link(EventTreeItem *event, EventTreeItem *needed)
 {
-    event->dependencies.append(needed);
-    needed->dependents.append(event);
+    event->addDependency(needed);
 }
 
 void TreeMaker::settleGroups(EventTreeItem *root)

@@ -233,7 +233,7 @@ void RoundTripTest::checkingAndUncheckingChangesNothingElse()
     for (const EventTreeItem *node : qAsConst(nodes)) {
         const int column = node->checkable && node->kind == EventTreeItem::Event ? 0 : 1;
         const QModelIndex index = machine.working.indexOf(node, column);
-        const bool linked = !node->dependencies.isEmpty() || !node->dependents.isEmpty();
+        const bool linked = !node->dependencies().isEmpty() || !node->dependents().isEmpty();
         if (!index.data(Qt::CheckStateRole).isValid() || linked || node->kind == EventTreeItem::Group) {
             continue;
         }
