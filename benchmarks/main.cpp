@@ -38,12 +38,12 @@ void addRows(PairedTimer &timer, Input &shipped, Input &large, std::initializer_
     Rows::addSave(timer, shipped, 20);
     Rows::addKeystrokes(timer, shipped, 4);
     Rows::addLoad(timer, large, 1);
-    Rows::addClick(timer, large, 4);
+    Rows::addClick(timer, large, 10);
     Rows::addSave(timer, large, 2);
     Rows::addKeystrokes(timer, large, 1);
     for (Input *half : halves) {
-        Rows::addLoad(timer, *half, 1);
-        Rows::addClick(timer, *half, 4);
+        Rows::addLoadAlone(timer, *half, 1);
+        Rows::addClickAlone(timer, *half, 10);
     }
 }
 } // namespace

@@ -7,7 +7,7 @@
 #include <array>
 
 namespace {
-constexpr int repetitions = 9;
+constexpr int repetitions = 15;
 }
 
 class PairedTimer::Collector : public benchmark::BenchmarkReporter

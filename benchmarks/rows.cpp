@@ -101,7 +101,7 @@ bool Input::open()
     return !nodes.isEmpty() && page->lastEvent().isValid();
 }
 
-void Rows::addLoad(PairedTimer &timer, Input &input, int iterations)
+void Rows::addLoadAlone(PairedTimer &timer, Input &input, int iterations)
 {
     timer.add(measuredName("load", input), iterations, [&input](benchmark::State &state) {
         for (auto _ : state) {
@@ -120,6 +120,11 @@ void Rows::addLoad(PairedTimer &timer, Input &input, int iterations)
             state.ResumeTiming();
         }
     });
+}
+
+void Rows::addLoad(PairedTimer &timer, Input &input, int iterations)
+{
+    addLoadAlone(timer, input, iterations);
     const auto plainLoad = [&input](bool read) {
         return [&input, read](benchmark::State &state) {
             for (auto _ : state) {
@@ -145,7 +150,7 @@ void Rows::addLoad(PairedTimer &timer, Input &input, int iterations)
     timer.add(baseName("load with reading", input), iterations, plainLoad(true));
 }
 
-void Rows::addClick(PairedTimer &timer, Input &input, int iterations)
+void Rows::addClickAlone(PairedTimer &timer, Input &input, int iterations)
 {
     timer.add(measuredName("click", input), iterations, [&input](benchmark::State &state) {
         Page &page = *input.page;
@@ -161,6 +166,11 @@ void Rows::addClick(PairedTimer &timer, Input &input, int iterations)
             changed = now;
         }
     });
+}
+
+void Rows::addClick(PairedTimer &timer, Input &input, int iterations)
+{
+    addClickAlone(timer, input, iterations);
     timer.add(measuredName("click with view", input), iterations, [&input](benchmark::State &state) {
         const QModelIndex event = input.page->lastEvent();
         for (auto _ : state) {

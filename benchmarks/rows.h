@@ -33,6 +33,9 @@ struct Input
 namespace Rows {
 void addLoad(PairedTimer &timer, Input &input, int iterations);
 void addClick(PairedTimer &timer, Input &input, int iterations);
+/// The same without a baseline, for what is only compared with the like on another input.
+void addLoadAlone(PairedTimer &timer, Input &input, int iterations);
+void addClickAlone(PairedTimer &timer, Input &input, int iterations);
 void addSave(PairedTimer &timer, Input &input, int iterations);
 /// @param passes how often the whole query is typed and deleted again
 void addKeystrokes(PairedTimer &timer, Input &input, int passes);
