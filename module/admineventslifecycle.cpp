@@ -66,6 +66,15 @@ SettingsFile AdminEventsModule::presentSettings()
     return readSettingsFile(SystemPaths::resolve(SystemPaths::eventSettingsFile()));
 }
 
+SettingsFile AdminEventsModule::presentSettingsInPieces()
+{
+    LongWork work;
+    work.turn();
+    SettingsFile settings = presentSettings();
+    work.turn();
+    return settings;
+}
+
 void AdminEventsModule::access()
 {
     const QPointer<AdminEventsModule> self(this);
@@ -152,7 +161,11 @@ void AdminEventsModule::load_p()
             startWatchConfigs();
         }
     });
-    pause();
+    if (watched && goesOn) {
+        work.turn(); // whoever noticed a change has looked at every file just before
+    } else {
+        pause();
+    }
     const SettingsFile settings = presentSettings();
     pause();
     if (!self) {
@@ -295,7 +308,10 @@ bool AdminEventsModule::save_p()
         return false;
     }
     if (saved) {
-        const SettingsFile present = presentSettings();
+        const SettingsFile present = presentSettingsInPieces();
+        if (!self) {
+            return false;
+        }
         saved = mayReplace(present) && saveNotifications() && writeEventSettings(present);
     }
     if (!self) {

@@ -192,6 +192,8 @@ private:
 
     // Loading and saving
     [[nodiscard]] static SettingsFile presentSettings();
+    /// The same between two turns of the event loop, in which the page may end: a large file takes its time.
+    [[nodiscard]] static SettingsFile presentSettingsInPieces();
     [[nodiscard]] bool checkEventSettingsDirectory();
     void showSettingsFileState(const SettingsFile &settings);
     /// Whether a load would drop what was edited, on the page or in the notification dialog.

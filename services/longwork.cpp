@@ -18,9 +18,14 @@ LongWork::~LongWork()
 void LongWork::pause()
 {
     if (m_sinceTurn.elapsed() >= s_longestPiece) {
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-        m_sinceTurn.start();
+        turn();
     }
+}
+
+void LongWork::turn()
+{
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_sinceTurn.start();
 }
 
 void LongWork::end()

@@ -25,6 +25,12 @@ public:
      */
     void pause();
 
+    /**
+     * As pause(), but lets the loop turn in any case: before a long piece of work, since nobody knows how
+     * long the loop stands still already, and behind it, since nobody knows what follows.
+     */
+    void turn();
+
     /// Ends it early.
     void end();
 
