@@ -46,6 +46,21 @@ private Q_SLOTS:
         work.pause();
         QCOMPARE(ticks, 1);
     }
+
+    void theEventLoopTurnsAtOnceWhereItIsAskedTo()
+    {
+        LongWork work;
+        int ticks = 0;
+        const auto count = [&ticks] { ++ticks; };
+        QTimer::singleShot(0, this, count);
+        work.turn();
+        QCOMPARE(ticks, 1);
+        QTimer::singleShot(0, this, count);
+        work.pause(); // the loop has just turned
+        QCOMPARE(ticks, 1);
+        work.turn();
+        QCOMPARE(ticks, 2);
+    }
 };
 
 QTEST_MAIN(LongWorkTest)
