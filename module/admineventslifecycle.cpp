@@ -150,11 +150,7 @@ void AdminEventsModule::load_p()
             work.pause();
         }
     };
-    // Taken before reading: what changes from here on is noticed as a change, when this load is done.
     const bool watched = m_watcher && m_watcher->isRunning();
-    if (m_watcher) {
-        m_watcher->acknowledge();
-    }
     stopWatchConfigs();
     const auto watchAgain = qScopeGuard([this, self, watched] {
         if (self && watched) {
@@ -163,9 +159,15 @@ void AdminEventsModule::load_p()
     });
     if (watched && goesOn) {
         work.turn(); // whoever noticed a change has looked at every file just before
-    } else {
-        pause();
     }
+    if (!self) {
+        return;
+    }
+    // Taken before reading: what changes from here on is noticed as a change, when this load is done.
+    if (m_watcher) {
+        m_watcher->acknowledge();
+    }
+    pause();
     const SettingsFile settings = presentSettings();
     pause();
     if (!self) {
