@@ -27,6 +27,7 @@ Page::Page(const Site &site)
     , m_reference(m_storage)
     , m_valid(load(site, m_working, m_reference))
 {
+    (void)m_storage.getOne(QString()); // so that nothing is read beside what is measured
     m_proxy.setSourceModel(&m_working);
     m_view.setModel(&m_proxy);
     m_view.header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);

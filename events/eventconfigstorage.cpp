@@ -9,8 +9,10 @@
 #include <QJsonDocument>
 #include <QLocale>
 
-EventConfigStorage::EventConfigStorage(const QString &directory)
+namespace {
+QHash<QString, QJsonObject> readEvents(const QString &directory)
 {
+    QHash<QString, QJsonObject> events;
     // Unsorted: which of two files of one name wins is the file system's business.
     const QFileInfoList folders
         = QDir(directory).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
@@ -19,16 +21,24 @@ EventConfigStorage::EventConfigStorage(const QString &directory)
         for (const QFileInfo &info : files) {
             QFile file(info.filePath());
             if (file.open(QIODevice::ReadOnly)) {
-                m_events.insert(info.baseName(), QJsonDocument::fromJson(file.readAll()).object());
+                events.insert(info.baseName(), QJsonDocument::fromJson(file.readAll()).object());
             }
         }
     }
+    return events;
+}
+} // namespace
+
+EventConfigStorage::EventConfigStorage(const QString &directory)
+    : m_events(std::async(std::launch::async, readEvents, directory))
+{
 }
 
 std::optional<QJsonObject> EventConfigStorage::getOne(const QString &id) const
 {
-    const auto found = m_events.constFind(id);
-    if (found == m_events.constEnd()) {
+    const QHash<QString, QJsonObject> &events = m_events.get();
+    const auto found = events.constFind(id);
+    if (found == events.constEnd()) {
         return std::nullopt;
     }
     return *found;

@@ -8,12 +8,15 @@
 #include <QPair>
 #include <QString>
 
+#include <future>
 #include <optional>
 
 /**
  * The files of the event-settings directory, read once: one JSON object per
  * event in sub-directories, keyed by the file's base name (up to the first ".").
  * Files that cannot be read are skipped, malformed ones count as empty objects.
+ * The constructor begins to read in a thread of its own, since nothing is looked
+ * up at the start of the page; a look-up, and the destructor, wait until it is done.
  */
 class EventConfigStorage
 {
@@ -27,5 +30,5 @@ public:
     [[nodiscard]] std::optional<QPair<QString, QString>> getMessageParams(const QString &id) const;
 
 private:
-    QHash<QString, QJsonObject> m_events;
+    std::shared_future<QHash<QString, QJsonObject>> m_events;
 };

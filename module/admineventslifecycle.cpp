@@ -38,6 +38,8 @@
 #include <utility>
 
 namespace {
+constexpr int firstLoadPiece = 60; // ms
+
 /// The members that stand for no event of the tree, or hold nothing that an event could take.
 QJsonObject membersWithoutEvent(const QJsonObject &settings, const EventTreeItem &root)
 {
@@ -144,10 +146,18 @@ void AdminEventsModule::load_p()
         return;
     }
     LongWork work;
+    if (m_workingModel->rowCount() == 0) {
+        work.setFirstPiece(firstLoadPiece);
+    }
     const auto pause = [&work, goesOn] {
         // A program that is about to end must not be told otherwise by what waits in the event loop.
         if (goesOn) {
             work.pause();
+        }
+    };
+    const auto turn = [&work, goesOn] {
+        if (goesOn) {
+            work.turn();
         }
     };
     const bool watched = m_watcher && m_watcher->isRunning();
@@ -157,8 +167,8 @@ void AdminEventsModule::load_p()
             startWatchConfigs();
         }
     });
-    if (watched && goesOn) {
-        work.turn(); // whoever noticed a change has looked at every file just before
+    if (watched) {
+        turn(); // whoever noticed a change has looked at every file just before
     }
     if (!self) {
         return;
@@ -189,7 +199,7 @@ void AdminEventsModule::load_p()
         endForIncorrectEvents(this);
         return;
     }
-    loadEvents(parser, pause);
+    loadEvents(parser, pause, turn);
     if (!self) {
         return;
     }
@@ -205,7 +215,8 @@ void AdminEventsModule::load_p()
     switchSngStatus();
 }
 
-void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::function<void()> &pause)
+void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::function<void()> &pause,
+                                   const std::function<void()> &turn)
 {
     const QPointer<AdminEventsModule> self(this);
     const auto endsInPause = [&pause, &self] {
@@ -254,8 +265,11 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::
     if (endsInPause()) {
         return;
     }
-    // For the first load it remains to ask the system. That takes its time, in which the page is shown
-    // already.
+    // For the first load it remains to ask the system. That takes its time, so the page is shown before.
+    turn();
+    if (!self) {
+        return;
+    }
     if (getAuditSettings(*m_workingModel->rootItem())) {
         synchronizeAuditSettings(*m_workingModel->rootItem());
         if (endsInPause()) {

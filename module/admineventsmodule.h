@@ -69,7 +69,8 @@ public:
      * @param pause called between the steps of it; when the page ends in it, the rest is left out
      */
     void loadEvents(
-        const SingleEventsParser &parser, const std::function<void()> &pause = [] {});
+        const SingleEventsParser &parser, const std::function<void()> &pause = [] {},
+        const std::function<void()> &turn = [] {});
 
     void startWatchConfigs();
     void stopWatchConfigs();

@@ -4,6 +4,10 @@
 
 #include <QApplication>
 
+namespace {
+constexpr int longestTurn = 30; // ms
+}
+
 LongWork::LongWork()
 {
     QApplication::setOverrideCursor(Qt::BusyCursor);
@@ -17,15 +21,17 @@ LongWork::~LongWork()
 
 void LongWork::pause()
 {
-    if (m_sinceTurn.elapsed() >= s_longestPiece) {
+    if (m_sinceTurn.elapsed() >= m_longestPiece) {
         turn();
     }
 }
 
 void LongWork::turn()
 {
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    // Several rounds: what one of them paints goes to the display in the next.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, longestTurn);
     m_sinceTurn.start();
+    m_longestPiece = s_longestPiece;
 }
 
 void LongWork::end()

@@ -31,6 +31,12 @@ public:
      */
     void turn();
 
+    /**
+     * The first piece may take @p milliseconds. For work at whose end a window is first shown with content: a
+     * turn before would only paint it empty, which takes as long as a small piece of work.
+     */
+    void setFirstPiece(int milliseconds) { m_longestPiece = milliseconds; }
+
     /// Ends it early.
     void end();
 
@@ -39,6 +45,7 @@ public:
 
 private:
     inline static int s_longestPiece = 20; // ms
+    int m_longestPiece = s_longestPiece; // ms
     QElapsedTimer m_sinceTurn;
     bool m_ended = false;
 };

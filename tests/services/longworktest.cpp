@@ -61,6 +61,37 @@ private Q_SLOTS:
         work.turn();
         QCOMPARE(ticks, 2);
     }
+
+    void aLongFirstPieceIsFollowedByUsualOnes()
+    {
+        LongWork work;
+        work.setFirstPiece(10000);
+        int ticks = 0;
+        const auto count = [&ticks] { ++ticks; };
+        QTimer::singleShot(0, this, count);
+        QTest::qSleep(40);
+        work.pause();
+        QCOMPARE(ticks, 0);
+        work.turn();
+        QCOMPARE(ticks, 1);
+        QTimer::singleShot(0, this, count);
+        QTest::qSleep(40);
+        work.pause();
+        QCOMPARE(ticks, 2);
+    }
+
+    void whatATurnPostsIsStillDoneInIt()
+    {
+        LongWork work;
+        bool isDone = false;
+        // As a painting is: asked for in one round, and handed to the display in the next.
+        QTimer::singleShot(0, this, [this, &isDone] {
+            QMetaObject::invokeMethod(
+                this, [&isDone] { isDone = true; }, Qt::QueuedConnection);
+        });
+        work.turn();
+        QVERIFY(isDone);
+    }
 };
 
 QTEST_MAIN(LongWorkTest)
