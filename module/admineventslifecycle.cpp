@@ -169,9 +169,9 @@ void AdminEventsModule::load_p()
     });
     if (watched) {
         turn(); // whoever noticed a change has looked at every file just before
-    }
-    if (!self) {
-        return;
+        if (!self) {
+            return;
+        }
     }
     // Taken before reading: what changes from here on is noticed as a change, when this load is done.
     if (m_watcher) {
@@ -204,15 +204,31 @@ void AdminEventsModule::load_p()
         return;
     }
     NotificationsDictionary::Instance()->init(); // for the dialogs only, so the events come first
-    m_loadedSettings = settings.contentHash;
-    showSettingsFileState(settings);
-    showAuditState();
+    showLoadedState(settings);
     pause();
     if (!self) {
         return;
     }
     settleNotifications();
     switchSngStatus();
+}
+
+void AdminEventsModule::showLoadedState(const SettingsFile &settings)
+{
+    m_loadedSettings = settings.contentHash;
+    showSettingsFileState(settings);
+    showAuditState();
+}
+
+void AdminEventsModule::showTree(std::unique_ptr<EventTreeItem> tree)
+{
+    const TreeViewState viewState(m_ui->singleEventsView);
+    // The column is measured once, when all is there, and not at every group that opens.
+    QHeaderView *header = m_ui->singleEventsView->header();
+    header->setSectionResizeMode(0, QHeaderView::Fixed);
+    m_workingModel->setRootItem(tree.release());
+    header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    viewState.restore();
 }
 
 void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::function<void()> &pause,
@@ -246,15 +262,7 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::
     // Their ends take their time, too.
     std::shared_ptr<EventTreeItem> oldWorking = m_workingModel->holdTree();
     std::shared_ptr<EventTreeItem> oldReference = m_referenceModel->holdTree();
-    {
-        const TreeViewState viewState(m_ui->singleEventsView);
-        // The column is measured once, when all is there, and not at every group that opens.
-        QHeaderView *header = m_ui->singleEventsView->header();
-        header->setSectionResizeMode(0, QHeaderView::Fixed);
-        m_workingModel->setRootItem(working.release());
-        header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-        viewState.restore();
-    }
+    showTree(std::move(working));
     if (endsInPause()) {
         return;
     }

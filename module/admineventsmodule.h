@@ -67,6 +67,7 @@ public:
     /**
      * Gives each model a tree of its own.
      * @param pause called between the steps of it; when the page ends in it, the rest is left out
+     * @param turn called when the events are in the view, and what follows may wait for the system
      */
     void loadEvents(
         const SingleEventsParser &parser, const std::function<void()> &pause = [] {},
@@ -196,6 +197,8 @@ private:
     /// The same between two turns of the event loop, in which the page may end: a large file takes its time.
     [[nodiscard]] static SettingsFile presentSettingsInPieces();
     [[nodiscard]] bool checkEventSettingsDirectory();
+    void showTree(std::unique_ptr<EventTreeItem> tree);
+    void showLoadedState(const SettingsFile &settings);
     void showSettingsFileState(const SettingsFile &settings);
     /// Whether a load would drop what was edited, on the page or in the notification dialog.
     [[nodiscard]] bool holdsEdits() const;

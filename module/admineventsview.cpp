@@ -120,8 +120,8 @@ void AdminEventsModule::createToolButtons()
     connect(settings, &QPushButton::clicked, this, [this] { commonSettings().openDestinationSettings(); });
     m_ui->sngStartStopButton->setStyleSheet(style);
     connect(m_statusReader, &ServiceStatusReader::finished, this, &AdminEventsModule::showSngStatus);
-    // Whether it runs is not known before the end of the first load asks: processes that are started here would
-    // delay the appearance of the page.
+    // Whether it runs is not known before the end of the first load asks: processes that are started here
+    // would delay the appearance of the page.
     m_ui->sngStatusLabel->clear();
     m_ui->sngStartStopButton->setText(i18n("Start logging service"));
     m_ui->sngStartStopButton->setEnabled(false);

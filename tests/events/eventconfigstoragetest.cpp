@@ -139,6 +139,7 @@ private Q_SLOTS:
         const CatalogSandbox files;
         files.write(QStringLiteral("s/group/event.json"), R"({"a": "1"})");
         const EventConfigStorage storage(files.path(QStringLiteral("s")));
+        QVERIFY(storage.getOne(QStringLiteral("event")).has_value()); // so that the reading is done
         files.write(QStringLiteral("s/group/event.json"), R"({"a": "2"})");
         files.write(QStringLiteral("s/group/late.json"), R"({})");
 
