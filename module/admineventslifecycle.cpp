@@ -173,6 +173,13 @@ void AdminEventsModule::load_p()
             return;
         }
     }
+    loadFiles(work, pause, turn);
+}
+
+void AdminEventsModule::loadFiles(LongWork &work, const std::function<void()> &pause,
+                                  const std::function<void()> &turn)
+{
+    const QPointer<AdminEventsModule> self(this);
     // Taken before reading: what changes from here on is noticed as a change, when this load is done.
     if (m_watcher) {
         m_watcher->acknowledge();

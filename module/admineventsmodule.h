@@ -33,6 +33,7 @@ class EventTreeItem;
 class EventsProxyModel;
 class FilesDialog;
 class LoggingService;
+class LongWork;
 class QDialog;
 class QMenu;
 class QModelIndex;
@@ -197,6 +198,7 @@ private:
     /// The same between two turns of the event loop, in which the page may end: a large file takes its time.
     [[nodiscard]] static SettingsFile presentSettingsInPieces();
     [[nodiscard]] bool checkEventSettingsDirectory();
+    void loadFiles(LongWork &work, const std::function<void()> &pause, const std::function<void()> &turn);
     void showTree(std::unique_ptr<EventTreeItem> tree);
     void showLoadedState(const SettingsFile &settings);
     void showSettingsFileState(const SettingsFile &settings);
