@@ -281,9 +281,13 @@ void AdminEventsModule::loadEvents(const SingleEventsParser &parser, const std::
         return;
     }
     // For the first load it remains to ask the system. That takes its time, so the page is shown before.
-    turn();
-    if (!self) {
-        return;
+    // Three turns: the view puts its rows in order, they are painted, and what is painted goes to the
+    // display.
+    for (int round = 0; round < 3; ++round) {
+        turn();
+        if (!self) {
+            return;
+        }
     }
     if (getAuditSettings(*m_workingModel->rootItem())) {
         synchronizeAuditSettings(*m_workingModel->rootItem());

@@ -4,10 +4,6 @@
 
 #include <QApplication>
 
-namespace {
-constexpr int longestTurn = 30; // ms
-}
-
 LongWork::LongWork()
 {
     QApplication::setOverrideCursor(Qt::BusyCursor);
@@ -28,8 +24,7 @@ void LongWork::pause()
 
 void LongWork::turn()
 {
-    // Several rounds: what one of them paints goes to the display in the next.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, longestTurn);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_sinceTurn.start();
     m_longestPiece = s_longestPiece;
 }

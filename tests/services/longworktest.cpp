@@ -79,19 +79,6 @@ private Q_SLOTS:
         work.pause();
         QCOMPARE(ticks, 2);
     }
-
-    void whatATurnPostsIsStillDoneInIt()
-    {
-        LongWork work;
-        bool isDone = false;
-        // As a painting is: asked for in one round, and handed to the display in the next.
-        QTimer::singleShot(0, this, [this, &isDone] {
-            QMetaObject::invokeMethod(
-                this, [&isDone] { isDone = true; }, Qt::QueuedConnection);
-        });
-        work.turn();
-        QVERIFY(isDone);
-    }
 };
 
 QTEST_MAIN(LongWorkTest)
