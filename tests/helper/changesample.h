@@ -9,6 +9,8 @@
 #include "fragmentstore.h"
 #include "transfersample.h"
 
+#include <QTemporaryDir>
+
 /** Changes of every kind that the helper makes, on a sample of a whole configuration. */
 namespace ChangeSample {
 
@@ -67,6 +69,20 @@ inline Outcome carryOut(const QString &kind, const QString &root)
     }
     return AuditSettingsStore(root).set(
         {SubjectType::Users, {{{QStringLiteral("root"), QStringLiteral("open")}, 3}}});
+}
+
+/** Fills in what the files hold before and after a change of a whole sample. @return false when it fails. */
+inline bool findContents(const QString &kind, QMap<QString, QByteArray> &before,
+                         QMap<QString, QByteArray> &after)
+{
+    const QTemporaryDir root;
+    if (!prepare(root.path())) {
+        return false;
+    }
+    before = TransferSample::contents(root.path());
+    const bool isChanged = carryOut(kind, root.path()).ok();
+    after = TransferSample::contents(root.path());
+    return isChanged && before != after;
 }
 
 /** A change of another file, as the next request makes it: it puts right what an earlier one left. */

@@ -186,12 +186,9 @@ void FailedStepTest::look(const QString &root, const QMap<QString, QByteArray> &
 void FailedStepTest::leavesOldOrNewAndSaysWhy()
 {
     QFETCH(QString, kind);
-    QTemporaryDir whole;
-    QVERIFY(ChangeSample::prepare(whole.path()));
-    const QMap<QString, QByteArray> before = TransferSample::contents(whole.path());
-    QVERIFY(ChangeSample::carryOut(kind, whole.path()).ok());
-    const QMap<QString, QByteArray> after = TransferSample::contents(whole.path());
-    QVERIFY(before != after);
+    QMap<QString, QByteArray> before;
+    QMap<QString, QByteArray> after;
+    QVERIFY(ChangeSample::findContents(kind, before, after));
     int refusals = 0;
     for (int step = 1; step < stepLimit; ++step) {
         QTemporaryDir root;

@@ -39,6 +39,11 @@ private:
                       "{\"path\": \"${.auditd.name}\"}, \"filter-values\": {\".auditd.type\": \"SYSCALL\", "
                       "\".auditd.key\": \"/etc/passwd, nivra-subject-open\"}}");
     }
+    static bool startWithService(QProcess &recorder, LoggingSandbox &sandbox)
+    {
+        prepare(sandbox);
+        return sandbox.start() && start(recorder, sandbox);
+    }
 
 private Q_SLOTS:
     void auditEventsReachTheEventLog();
@@ -54,10 +59,8 @@ void RecorderTest::auditEventsReachTheEventLog()
         QSKIP("needs syslog-ng");
     }
     LoggingSandbox sandbox;
-    prepare(sandbox);
-    QVERIFY2(sandbox.start(), sandbox.output().constData());
     QProcess recorder;
-    QVERIFY(start(recorder, sandbox));
+    QVERIFY2(startWithService(recorder, sandbox), sandbox.output().constData());
     recorder.write(passwdWritten("1", "\"other\""));
     recorder.write("no line of the daemon\n");
     // What the service itself opens.
@@ -95,10 +98,8 @@ void RecorderTest::anEventWithoutAnEndIsRecordedToo()
         QSKIP("needs syslog-ng");
     }
     LoggingSandbox sandbox;
-    prepare(sandbox);
-    QVERIFY2(sandbox.start(), sandbox.output().constData());
     QProcess recorder;
-    QVERIFY(start(recorder, sandbox));
+    QVERIFY2(startWithService(recorder, sandbox), sandbox.output().constData());
     const QByteArray lines = passwdWritten();
     recorder.write(lines.left(lines.indexOf("type=EOE")));
     QTRY_COMPARE(sandbox.logged().size(), 1);
@@ -114,10 +115,8 @@ void RecorderTest::theDaemonsSignalsAreHeeded()
         QSKIP("needs syslog-ng");
     }
     LoggingSandbox sandbox;
-    prepare(sandbox);
-    QVERIFY2(sandbox.start(), sandbox.output().constData());
     QProcess recorder;
-    QVERIFY(start(recorder, sandbox));
+    QVERIFY2(startWithService(recorder, sandbox), sandbox.output().constData());
     recorder.write(passwdWritten("1"));
     QTRY_COMPARE(sandbox.logged().size(), 1);
     QCOMPARE(::kill(pid_t(recorder.processId()), SIGHUP), 0);
