@@ -44,11 +44,17 @@ QString getFileFromRule(const QString &rule)
 } // namespace
 
 SingleEventsParser::SingleEventsParser(QObject *parent)
+    : SingleEventsParser(std::make_unique<SubjectLister>(), parent)
+{
+}
+
+// The system is asked before the catalog is read: it answers meanwhile.
+SingleEventsParser::SingleEventsParser(std::unique_ptr<SubjectLister> lister, QObject *parent)
     : QObject(parent)
     , m_russian(LocaleKeeper::Instance()->language() == QLatin1String("Russian"))
 {
     getNodesDescription();
-    initDefaultUsersAndGroups();
+    initDefaultUsersAndGroups(*lister);
     m_factory = std::make_unique<EventNodeFactory>(m_dictionary, m_users, m_groups, m_russian);
 }
 
@@ -69,9 +75,9 @@ void SingleEventsParser::getNodesDescription()
     m_dictionary = NodeDictionary::fromFile(SystemPaths::resolve(SystemPaths::nodeDictionary()));
 }
 
-void SingleEventsParser::initDefaultUsersAndGroups()
+void SingleEventsParser::initDefaultUsersAndGroups(SubjectLister &lister)
 {
-    const Subjects subjects = listSubjects();
+    const Subjects subjects = lister.subjects();
     m_users = subjects.users;
     m_groups = subjects.groups;
 }

@@ -15,6 +15,7 @@
 
 class EventNodeFactory;
 class EventTreeItem;
+class SubjectLister;
 
 /**
  * Builds the event tree: groups, their events and the events' parameters,
@@ -65,7 +66,8 @@ public:
     [[nodiscard]] const QStringList &groups() const { return m_groups; }
 
 private:
-    void initDefaultUsersAndGroups();
+    explicit SingleEventsParser(std::unique_ptr<SubjectLister> lister, QObject *parent);
+    void initDefaultUsersAndGroups(SubjectLister &lister);
     void getNodesDescription();
     void copyToSpare(const EventTreeItem &event) const;
     void finish(EventTreeItem *root) const;

@@ -2,29 +2,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "subjectlister.h"
 
-#include <QProcess>
-
 namespace {
 
 constexpr int waitLimit = 30000; // ms
+const QString program = QStringLiteral("getent");
 
-void startListing(QProcess &process, const QString &database)
+QStringList namesFrom(const QByteArray &listing)
 {
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(QStringLiteral("getent"), {database}, QIODevice::ReadOnly);
-}
-
-QStringList namesFrom(QProcess &process)
-{
-    // It may have ended while the other one was waited for; the state tells, the return value does not.
-    process.waitForFinished(waitLimit);
-    if (process.state() != QProcess::NotRunning || process.error() != QProcess::UnknownError
-        || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        return {};
-
     QStringList names;
-    const QStringList lines
-        = QString::fromLocal8Bit(process.readAllStandardOutput()).split(QLatin1Char('\n'));
+    const QStringList lines = QString::fromLocal8Bit(listing).split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         const QString name = line.section(QLatin1Char(':'), 0, 0);
         if (!name.isEmpty())
@@ -35,11 +21,14 @@ QStringList namesFrom(QProcess &process)
 
 } // namespace
 
-Subjects listSubjects()
+SubjectLister::SubjectLister()
+    : m_users(program, {QStringLiteral("passwd")})
+    , m_groups(program, {QStringLiteral("group")})
 {
-    QProcess users;
-    QProcess groups;
-    startListing(users, QStringLiteral("passwd"));
-    startListing(groups, QStringLiteral("group"));
-    return {namesFrom(users), namesFrom(groups)};
+}
+
+Subjects SubjectLister::subjects()
+{
+    return {namesFrom(m_users.wait(waitLimit).value_or(QByteArray())),
+            namesFrom(m_groups.wait(waitLimit).value_or(QByteArray()))};
 }

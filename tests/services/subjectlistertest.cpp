@@ -12,7 +12,7 @@ class SubjectListerTest : public QObject
 private Q_SLOTS:
     void theSystemsOwnNamesAreFound()
     {
-        const Subjects subjects = listSubjects();
+        const Subjects subjects = SubjectLister().subjects();
         QVERIFY(subjects.users.contains(QStringLiteral("root")));
         QVERIFY(subjects.groups.contains(QStringLiteral("root")));
         QVERIFY(!subjects.users.contains(QString()));
@@ -27,7 +27,7 @@ private Q_SLOTS:
                              "[ \"$1\" = passwd ] && printf 'zoe:x:1:\\n\\n:x:2:\\nusers\\nann b:x'\n"
                              "[ \"$1\" = group ] && printf 'users:x:100:ann,zoe\\nother:x:1:\\n'\n"
                              "exit 0"));
-        const Subjects subjects = listSubjects();
+        const Subjects subjects = SubjectLister().subjects();
         QCOMPARE(subjects.users,
                  QStringList({QStringLiteral("zoe"), QStringLiteral("users"), QStringLiteral("ann b")}));
         QCOMPARE(subjects.groups, QStringList({QStringLiteral("users"), QStringLiteral("other")}));
@@ -46,7 +46,7 @@ private Q_SLOTS:
                              "  /bin/sleep 0.05\n"
                              "done\n"
                              "echo \"$1-name:x\""));
-        const Subjects subjects = listSubjects();
+        const Subjects subjects = SubjectLister().subjects();
         QCOMPARE(subjects.users, QStringList({QStringLiteral("passwd-name")}));
         QCOMPARE(subjects.groups, QStringList({QStringLiteral("group-name")}));
     }
@@ -59,7 +59,7 @@ private Q_SLOTS:
                          "[ \"$1\" = passwd ] && { /bin/sleep 0.5; echo last:x; exit 0; }\n"
                          "i=0\n"
                          "while [ $i -lt 5000 ]; do echo \"group$i:x:$i:a,b,c,d,e,f,g\"; i=$((i+1)); done"));
-        const Subjects subjects = listSubjects();
+        const Subjects subjects = SubjectLister().subjects();
         QCOMPARE(subjects.users, QStringList({QStringLiteral("last")}));
         QCOMPARE(subjects.groups.size(), 5000);
         QCOMPARE(subjects.groups.last(), QStringLiteral("group4999"));
@@ -77,7 +77,7 @@ private Q_SLOTS:
         StagedPrograms programs;
         QVERIFY(programs.add(QStringLiteral("getent"),
                              "echo name:x\n[ \"$1\" = passwd ] && " + ending + "\nexit 0"));
-        const Subjects subjects = listSubjects();
+        const Subjects subjects = SubjectLister().subjects();
         QCOMPARE(subjects.users, QStringList());
         QCOMPARE(subjects.groups, QStringList({QStringLiteral("name")}));
     }
@@ -85,7 +85,7 @@ private Q_SLOTS:
     void withoutTheProgramBothListsAreEmpty()
     {
         StagedPrograms programs;
-        const Subjects subjects = listSubjects();
+        const Subjects subjects = SubjectLister().subjects();
         QCOMPARE(subjects.users, QStringList());
         QCOMPARE(subjects.groups, QStringList());
     }
