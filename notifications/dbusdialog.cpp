@@ -9,6 +9,7 @@
 #include "notificationname.h"
 #include "notificationsdictionary.h"
 #include "notifyrcfile.h"
+#include "soundpreview.h"
 #include "ui_dbusdialog.h"
 
 #include <eventlookup.h>
@@ -16,8 +17,6 @@
 #include <guiutils.h>
 
 #include <KMessageWidget>
-
-#include <QMediaPlayer>
 
 DBusDialog::DBusDialog(ConfigAccessService &configAccess, LoggingService &loggingService, QWidget *parent)
     : QDialog(parent)

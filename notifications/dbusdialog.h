@@ -17,7 +17,7 @@ class EventTreeItem;
 class KMessageWidget;
 class LoggingService;
 class QLineEdit;
-class QMediaPlayer;
+class SoundPreview;
 class Ui_DBusDialog;
 
 /**
@@ -108,13 +108,13 @@ private:
     [[nodiscard]] QStringList checkedActions() const;
     void chooseFile(QLineEdit *edit, const QString &caption, const QString &directory, const QString &filter);
     void showProblem() const;
-    void createPlayer();
+    bool createPlayer();
     void say(const QString &text, bool isError) const;
     [[nodiscard]] QStringList cutFields() const;
 
     std::unique_ptr<Ui_DBusDialog> m_ui;
     EventTreeItem *m_event = nullptr;
-    QMediaPlayer *m_player = nullptr; // absent until something is played: making one loads a sound system
+    std::unique_ptr<SoundPreview> m_player; // absent until something is played
     KMessageWidget *m_message;
     NotificationsDialogType m_dialogType = NotificationsDialogType::New;
     ConfigAccessService &m_configAccess;

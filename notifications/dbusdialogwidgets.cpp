@@ -3,6 +3,7 @@
 #include "checkboxparam.h"
 #include "dbusdialog.h"
 #include "notificationfragment.h"
+#include "soundpreview.h"
 #include "ui_dbusdialog.h"
 
 #include <checkstates.h>
@@ -13,10 +14,8 @@
 #include <KLocalizedString>
 #include <KMessageWidget>
 
-#include <QAudioDeviceInfo>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMediaPlayer>
 #include <QSignalBlocker>
 #include <QStandardPaths>
 #include <QTimer>
@@ -28,18 +27,6 @@ const QLatin1String on("1");
 const QLatin1String off("0");
 
 constexpr int playerPatience = 5000; // ms
-
-bool hasSoundDevice()
-{
-    const QList<QAudioDeviceInfo> devices = QAudioDeviceInfo::availableDevices(QAudio::AudioOutput);
-    return std::any_of(devices.begin(), devices.end(), [](const QAudioDeviceInfo &device) {
-        const QString name = device.deviceName();
-        // Sound systems name placeholders as well; a card of the kernel's is known by its name.
-        return device.realm() == QLatin1String("alsa")
-            ? name.contains(QLatin1String("CARD="))
-            : !name.isEmpty() && name != QLatin1String("auto_null") && name != QLatin1String("default");
-    });
-}
 
 QString homeDirectory()
 {
@@ -148,12 +135,14 @@ void DBusDialog::enableExecuteElements() const
     m_ui->executeDialogButton->setEnabled(enabled);
 }
 
-void DBusDialog::createPlayer()
+bool DBusDialog::createPlayer()
 {
-    m_player = new QMediaPlayer(this);
-    connect(m_player, qOverload<QMediaPlayer::Error>(&QMediaPlayer::error), this,
-            [this] { say(i18n("The sound cannot be played: %1", m_player->errorString()), true); });
-    connect(this, &QDialog::finished, m_player, &QMediaPlayer::stop);
+    m_player = SoundPreview::create(
+        [this](const QString &reason) { say(i18n("The sound cannot be played: %1", reason), true); });
+    if (m_player) {
+        connect(this, &QDialog::finished, this, [this] { m_player->stop(); });
+    }
+    return m_player != nullptr;
 }
 
 void DBusDialog::playButtonClicked()
@@ -164,18 +153,17 @@ void DBusDialog::playButtonClicked()
         say(i18n("The sound cannot be played: there is no file “%1”.", path), true);
         return;
     }
-    if (!m_player) {
-        createPlayer();
+    if (!m_player && !createPlayer()) {
+        return;
     }
-    m_player->setMedia(QUrl::fromLocalFile(path));
-    m_player->play();
-    if (!hasSoundDevice()) {
+    m_player->play(path);
+    if (!m_player->hasDevice()) {
         // Without a device, the player pretends to play.
         say(i18n("The sound cannot be heard: this computer has no sound device, or no access to it."), true);
         return;
     }
     QTimer::singleShot(playerPatience, this, [this] {
-        if (m_player->mediaStatus() == QMediaPlayer::LoadingMedia) {
+        if (m_player->isLoading()) {
             say(i18n("The sound cannot be played: the program that plays sounds does not answer."), true);
         }
     });

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void aCutValueIsReplacedOnlyOnRequest();
     void playingSaysWhatIsWrong();
     void withoutASoundDeviceItSaysSo();
+    void withoutThePlugInThatPlaysItSaysSo();
 
 private:
     template <typename Widget> Widget *find(const char *name) const
@@ -573,6 +574,25 @@ void DBusDialogTest::withoutASoundDeviceItSaysSo()
     QCOMPARE(
         message(),
         QStringLiteral("The sound cannot be heard: this computer has no sound device, or no access to it."));
+}
+
+void DBusDialogTest::withoutThePlugInThatPlaysItSaysSo()
+{
+    openNew(m_event.get());
+    const QString tone = m_machine.path("/home/tone.wav");
+    m_machine.write(tone, Tone::wav());
+    find<QCheckBox>("soundCheckBox")->click();
+    find<QLineEdit>("soundEdit")->setText(tone);
+    const QStringList paths = QCoreApplication::libraryPaths();
+    QCoreApplication::setLibraryPaths({m_machine.path("/home")});
+    find<QPushButton>("playButton")->click();
+    QCoreApplication::setLibraryPaths(paths);
+    const QString missing = message();
+    QVERIFY2(missing.startsWith(QLatin1String("The sound cannot be played: ")), qPrintable(missing));
+    QVERIFY2(missing.contains(QLatin1String("soundpreview")), qPrintable(missing));
+
+    find<QPushButton>("playButton")->click();
+    QVERIFY(message() != missing);
 }
 
 QTEST_MAIN(DBusDialogTest)
