@@ -9,7 +9,7 @@
 #include "eventtreeclone.h"
 #include "eventtreeitem.h"
 #include "jsontext.h"
-#include "overridemerge.h"
+#include "mergeddescriptions.h"
 #include "watchedpaths.h"
 
 #include <localekeeper.h>
@@ -99,8 +99,9 @@ EventTreeItem *SingleEventsParser::parse() const
     root->kind = EventTreeItem::Group; // no event, as which every node starts
     createGroups(root.get());
     m_spare = EventTreeClone::copyNode(*root, nullptr);
+    MergedDescriptions descriptions(m_reader, m_reader.eventIds);
     for (const QString &id : m_reader.eventIds) {
-        if (EventTreeItem *event = createEventItem(id, MergedEvent, root.get())) {
+        if (EventTreeItem *event = createEvent(id, descriptions.take(), root.get())) {
             setItemOptions(event);
             copyToSpare(*event);
         }
@@ -160,12 +161,9 @@ EventTreeItem *SingleEventsParser::createGroupNode(const QString &id, EventTreeI
     return group;
 }
 
-EventTreeItem *SingleEventsParser::groupOf(const QJsonObject &description, EventTreeItem *root) const
+EventTreeItem *SingleEventsParser::groupOf(const EventDescription &description, EventTreeItem *root) const
 {
-    QString id = description.value(QLatin1String("event-group")).toString();
-    if (id.isEmpty()) {
-        id = customEvents;
-    }
+    const QString id = description.group.isEmpty() ? customEvents : description.group;
     // An event whose group the catalog does not list is shown all the same.
     EventTreeItem *group = root->findChildTopLevelByNativeName(id);
     return group ? group : createGroupNode(id, root);
@@ -174,19 +172,20 @@ EventTreeItem *SingleEventsParser::groupOf(const QJsonObject &description, Event
 EventTreeItem *SingleEventsParser::createEventItem(const QString &id, EventItemType type,
                                                    EventTreeItem *root) const
 {
-    QJsonObject description = m_reader.eventDocument(id).object();
-    if (description.isEmpty()) {
+    return createEvent(id,
+                       type == MergedEvent ? EventDescription::merged(m_reader, id)
+                                           : EventDescription::fromCatalog(m_reader, id),
+                       root);
+}
+
+EventTreeItem *SingleEventsParser::createEvent(const QString &id, const EventDescription &description,
+                                               EventTreeItem *root) const
+{
+    if (description.object.isEmpty()) {
         return nullptr;
     }
     EventTreeItem *group = root ? groupOf(description, root) : nullptr;
-    OverlayMarks marks;
-    if (type == MergedEvent) {
-        const QJsonDocument override = m_reader.overrideDocument(id);
-        if (override.isObject()) {
-            description = mergeNodes(std::move(description), override.object(), marks);
-        }
-    }
-    EventTreeItem *event = m_factory->createEvent(id, description, marks, group);
+    EventTreeItem *event = m_factory->createEvent(id, description.object, description.marks, group);
     if (event->hasAuditRules()) {
         makeFiltersFromRules(event);
     }

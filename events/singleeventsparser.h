@@ -16,6 +16,7 @@
 class EventNodeFactory;
 class EventTreeItem;
 class SubjectLister;
+struct EventDescription;
 
 /**
  * Builds the event tree: groups, their events and the events' parameters,
@@ -72,8 +73,10 @@ private:
     void copyToSpare(const EventTreeItem &event) const;
     void finish(EventTreeItem *root) const;
     void createGroups(EventTreeItem *root) const;
+    EventTreeItem *createEvent(const QString &id, const EventDescription &description,
+                               EventTreeItem *root) const;
     EventTreeItem *createGroupNode(const QString &id, EventTreeItem *root) const;
-    [[nodiscard]] EventTreeItem *groupOf(const QJsonObject &description, EventTreeItem *root) const;
+    [[nodiscard]] EventTreeItem *groupOf(const EventDescription &description, EventTreeItem *root) const;
     void makeDependsMap(const EventTreeItem *item) const;
     void checkDepends(EventTreeItem *root) const;
     [[nodiscard]] EventTreeItem *filtersOf(EventTreeItem *event) const;
