@@ -26,7 +26,10 @@ public:
             if (run.error_occurred) {
                 m_timer.m_errors.push_back(run.run_name.function_name + ": " + run.error_message);
             } else if (run.run_type == Run::RT_Iteration) {
-                m_timer.m_times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
+                const std::string &name = run.run_name.function_name;
+                m_timer.m_times[name].push_back(m_timer.m_onTheWall.count(name) > 0
+                                                    ? run.GetAdjustedRealTime()
+                                                    : run.GetAdjustedCPUTime());
             }
         }
     }
@@ -35,12 +38,14 @@ private:
     PairedTimer &m_timer;
 };
 
-void PairedTimer::add(const std::string &name, int iterations, const Function &function)
+void PairedTimer::add(const std::string &name, int iterations, const Function &function, Clock clock)
 {
-    benchmark::RegisterBenchmark(name.c_str(), function)
-        ->Iterations(iterations)
-        ->Repetitions(repetitions)
-        ->Unit(benchmark::kMillisecond);
+    auto *registered = benchmark::RegisterBenchmark(name.c_str(), function);
+    registered->Iterations(iterations)->Repetitions(repetitions)->Unit(benchmark::kMillisecond);
+    if (clock == Clock::Wall) {
+        registered->UseRealTime();
+        m_onTheWall.insert(name);
+    }
 }
 
 bool PairedTimer::run()

@@ -7,22 +7,26 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 /**
  * Times functions with Google Benchmark. All are run several times in random
  * order, so that a disturbance hits none of them alone, and the median counts.
- * Processor time of the calling thread is measured: other programs on the
- * machine do not change it much.
  */
 class PairedTimer
 {
 public:
     using Function = std::function<void(benchmark::State &)>;
 
+    enum class Clock {
+        Thread, ///< processor time of the calling thread: other programs on the machine do not change it much
+        Wall ///< for work that is done in more than one thread
+    };
+
     /// @param iterations how often the function's loop is run each time
-    void add(const std::string &name, int iterations, const Function &function);
+    void add(const std::string &name, int iterations, const Function &function, Clock clock = Clock::Thread);
     /// Runs everything; false when a function reported an error, whose texts errors() has.
     [[nodiscard]] bool run();
 
@@ -33,6 +37,7 @@ public:
 private:
     class Collector;
 
+    std::set<std::string> m_onTheWall; // names
     std::map<std::string, std::vector<double>> m_times;
     std::vector<std::string> m_errors;
 };

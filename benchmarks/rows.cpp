@@ -103,7 +103,7 @@ bool Input::open()
 
 void Rows::addLoadAlone(PairedTimer &timer, Input &input, int iterations)
 {
-    timer.add(measuredName("load", input), iterations, [&input](benchmark::State &state) {
+    const auto load = [&input](benchmark::State &state) {
         for (auto _ : state) {
             state.PauseTiming();
             {
@@ -119,7 +119,8 @@ void Rows::addLoadAlone(PairedTimer &timer, Input &input, int iterations)
             }
             state.ResumeTiming();
         }
-    });
+    };
+    timer.add(measuredName("load", input), iterations, load, PairedTimer::Clock::Wall);
 }
 
 void Rows::addLoad(PairedTimer &timer, Input &input, int iterations)
@@ -146,8 +147,8 @@ void Rows::addLoad(PairedTimer &timer, Input &input, int iterations)
             }
         };
     };
-    timer.add(baseName("load", input), iterations, plainLoad(false));
-    timer.add(baseName("load with reading", input), iterations, plainLoad(true));
+    timer.add(baseName("load", input), iterations, plainLoad(false), PairedTimer::Clock::Wall);
+    timer.add(baseName("load with reading", input), iterations, plainLoad(true), PairedTimer::Clock::Wall);
 }
 
 void Rows::addClickAlone(PairedTimer &timer, Input &input, int iterations)
