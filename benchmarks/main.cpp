@@ -33,7 +33,7 @@ bool makeSites(Input &shipped, Input &large, Input &fewerEvents, Input &fewerSub
 
 void addRows(PairedTimer &timer, Input &shipped, Input &large, std::initializer_list<Input *> halves)
 {
-    Rows::addLoad(timer, shipped, 4);
+    Rows::addLoad(timer, shipped, 12);
     Rows::addClick(timer, shipped, 100);
     Rows::addSave(timer, shipped, 20);
     Rows::addKeystrokes(timer, shipped, 4);

@@ -54,11 +54,12 @@ void MergedDescriptions::parse(const NivraEventsReader &reader, const QStringLis
     }
 }
 
-EventDescription MergedDescriptions::take()
+const EventDescription &MergedDescriptions::next()
 {
+    // The thread overwrites the one before, and so spares this one its end.
+    if (m_handedOut > 0) {
+        m_room.release();
+    }
     m_ready.acquire();
-    EventDescription description = std::exchange(m_ring[static_cast<std::size_t>(m_taken % ahead)], {});
-    ++m_taken;
-    m_room.release();
-    return description;
+    return m_ring[static_cast<std::size_t>(m_handedOut++ % ahead)];
 }

@@ -30,27 +30,27 @@ struct EventDescription
 
 /**
  * The merged descriptions of events, one after the other. Parsing and merging take about as long as making
- * nodes, so they are done in a thread of their own, some events ahead of the one who takes them.
+ * nodes, so they are done in a thread of their own, some events ahead of the one who asks for them.
  */
 class MergedDescriptions
 {
 public:
     /// Begins to parse. @param reader must outlive this
     MergedDescriptions(const NivraEventsReader &reader, const QStringList &ids);
-    /// Ends the thread, whether all was taken or not.
+    /// Ends the thread, whether all was asked for or not.
     ~MergedDescriptions();
     MergedDescriptions(const MergedDescriptions &) = delete;
     MergedDescriptions &operator=(const MergedDescriptions &) = delete;
 
-    /// The description of the next event; to be called once an identifier.
-    [[nodiscard]] EventDescription take();
+    /// The description of the next event, until the next call; to be called once an identifier.
+    [[nodiscard]] const EventDescription &next();
 
 private:
     void parse(const NivraEventsReader &reader, const QStringList &ids);
 
     static constexpr int ahead = 32; // events; what is parsed takes memory
     std::array<EventDescription, ahead> m_ring;
-    int m_taken = 0;
+    int m_handedOut = 0;
     QSemaphore m_room{ahead};
     QSemaphore m_ready;
     std::atomic<bool> m_ended = false;

@@ -101,7 +101,7 @@ EventTreeItem *SingleEventsParser::parse() const
     m_spare = EventTreeClone::copyNode(*root, nullptr);
     MergedDescriptions descriptions(m_reader, m_reader.eventIds);
     for (const QString &id : m_reader.eventIds) {
-        if (EventTreeItem *event = createEvent(id, descriptions.take(), root.get())) {
+        if (EventTreeItem *event = createEvent(id, descriptions.next(), root.get())) {
             setItemOptions(event);
             copyToSpare(*event);
         }

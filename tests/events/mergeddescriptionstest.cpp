@@ -54,7 +54,7 @@ private Q_SLOTS:
         QCOMPARE(reader.eventIds.size(), eventCount);
         MergedDescriptions descriptions(reader, reader.eventIds);
         for (int number = 0; number < eventCount; ++number) {
-            const EventDescription description = descriptions.take();
+            const EventDescription &description = descriptions.next();
             const bool saved = number % 2 == 1;
             QCOMPARE(description.object.value(QLatin1String("number")).toString(), QString::number(number));
             QCOMPARE(description.object.value(QLatin1String("enabled")).toString(),
@@ -89,9 +89,9 @@ private Q_SLOTS:
         const NivraEventsReader reader;
         MergedDescriptions descriptions(
             reader, {QStringLiteral("event000"), QStringLiteral("missing"), QStringLiteral("event001")});
-        QVERIFY(descriptions.take().object.isEmpty());
-        QVERIFY(descriptions.take().object.isEmpty());
-        QVERIFY(!descriptions.take().object.isEmpty());
+        QVERIFY(descriptions.next().object.isEmpty());
+        QVERIFY(descriptions.next().object.isEmpty());
+        QVERIFY(!descriptions.next().object.isEmpty());
     }
 
     void whatNobodyTakesEndsWithItsOwner_data()
@@ -108,7 +108,7 @@ private Q_SLOTS:
         for (int round = 0; round < 20; ++round) {
             MergedDescriptions descriptions(reader, reader.eventIds);
             for (int number = 0; number < taken; ++number) {
-                QVERIFY(!descriptions.take().object.isEmpty());
+                QVERIFY(!descriptions.next().object.isEmpty());
             }
         }
     }
