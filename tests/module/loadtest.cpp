@@ -454,11 +454,13 @@ void LoadTest::aChangeMadeDuringALoadIsShownAfterwards()
 {
     const auto page = m_machine.openPage();
     QVERIFY(page);
-    // The accounts are listed when the settings have been read already.
+    // The accounts are listed while the settings are read, which takes some milliseconds; the load waits for
+    // the list.
     const QString getent = m_machine.root() + QStringLiteral("/bin/getent");
     m_machine.write(getent,
                     "#!/bin/sh\n"
                     "dir=${0%/*}\n"
+                    "sleep 1\n"
                     "mkdir \"$dir/changed\" 2>/dev/null && echo '{\"plain\": {\"enabled\": \"1\"}}' > \""
                         + m_machine.settingsPath().toUtf8() + "\"\necho root:x\n");
     QVERIFY(QFile::setPermissions(getent, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
