@@ -8,7 +8,6 @@
 #include <QApplication>
 
 #include <cstdio>
-#include <initializer_list>
 
 namespace {
 /// The environment in which every machine measures the same.
@@ -17,6 +16,83 @@ void settleEnvironment()
     qputenv("LC_ALL", "C.UTF-8");
     qunsetenv("LANGUAGE");
     qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+/// The site with its page; false when it cannot be read, which has been said.
+bool open(Input &input)
+{
+    if (!input.open()) {
+        std::fprintf(stderr, "The catalog cannot be read: %s.\n", input.name.c_str());
+        return false;
+    }
+    std::printf("%s: %d nodes in a tree\n", input.name.c_str(), input.nodes.size());
+    return true;
+}
+
+bool run(PairedTimer &timer)
+{
+    const bool measured = timer.run();
+    for (const std::string &error : timer.errors()) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+    }
+    return measured;
+}
+
+bool report(const PairedTimer &timer, const Input &input, ResultTable &table)
+{
+    Rows::report(timer, input, table);
+    if (!Rows::reportMemory(input, table)) {
+        std::fputs("The memory cannot be measured.\n", stderr);
+        return false;
+    }
+    return true;
+}
+
+/// On its own and first: what a large site leaves of the heap would slow down a small one.
+bool measureShipped(Input &shipped, ResultTable &table)
+{
+    if (!open(shipped)) {
+        return false;
+    }
+    PairedTimer timer;
+    Rows::addLoad(timer, shipped, 12);
+    Rows::addClick(timer, shipped, 100);
+    Rows::addSave(timer, shipped, 20);
+    Rows::addKeystrokes(timer, shipped, 4);
+    return run(timer) && report(timer, shipped, table);
+}
+
+bool measureLarge(Input &large, Input &fewerEvents, Input &fewerSubjects, ResultTable &table)
+{
+    if (!open(large) || !open(fewerEvents) || !open(fewerSubjects)) {
+        return false;
+    }
+    PairedTimer timer;
+    Rows::addLoad(timer, large, 1);
+    Rows::addClick(timer, large, 20);
+    Rows::addSave(timer, large, 2);
+    Rows::addKeystrokes(timer, large, 1);
+    for (Input *half : {&fewerEvents, &fewerSubjects}) {
+        Rows::addLoadAlone(timer, *half, 1);
+        Rows::addClickAlone(timer, *half, 20);
+    }
+    if (!run(timer) || !report(timer, large, table)) {
+        return false;
+    }
+    Rows::reportGrowth(timer, large, fewerEvents, table);
+    Rows::reportGrowth(timer, large, fewerSubjects, table);
+    return true;
+}
+
+bool measureMainFiles(ResultTable &table)
+{
+    PairedTimer timer;
+    MainFileRows::add(timer);
+    if (!run(timer)) {
+        return false;
+    }
+    MainFileRows::report(timer, table);
+    return true;
 }
 
 bool makeSites(Input &shipped, Input &large, Input &fewerEvents, Input &fewerSubjects)
@@ -31,21 +107,6 @@ bool makeSites(Input &shipped, Input &large, Input &fewerEvents, Input &fewerSub
         && fewerSubjects.site.makeLarge({size.events, size.groups, size.auditEvents, size.subjects / 2});
 }
 
-void addRows(PairedTimer &timer, Input &shipped, Input &large, std::initializer_list<Input *> halves)
-{
-    Rows::addLoad(timer, shipped, 12);
-    Rows::addClick(timer, shipped, 100);
-    Rows::addSave(timer, shipped, 20);
-    Rows::addKeystrokes(timer, shipped, 4);
-    Rows::addLoad(timer, large, 1);
-    Rows::addClick(timer, large, 10);
-    Rows::addSave(timer, large, 2);
-    Rows::addKeystrokes(timer, large, 1);
-    for (Input *half : halves) {
-        Rows::addLoadAlone(timer, *half, 1);
-        Rows::addClickAlone(timer, *half, 10);
-    }
-}
 } // namespace
 
 /// Prints how the page's costs compare with the work that cannot be avoided. Fails only where it cannot
@@ -62,34 +123,11 @@ int main(int argc, char *argv[])
         std::fputs("The sites cannot be written.\n", stderr);
         return 1;
     }
-    for (Input *input : {&shipped, &large, &fewerEvents, &fewerSubjects}) {
-        if (!input->open()) {
-            std::fprintf(stderr, "The catalog cannot be read: %s.\n", input->name.c_str());
-            return 1;
-        }
-        std::printf("%s: %d nodes in a tree\n", input->name.c_str(), input->nodes.size());
-    }
-
-    PairedTimer timer;
-    addRows(timer, shipped, large, {&fewerEvents, &fewerSubjects});
-    MainFileRows::add(timer);
-    if (!timer.run()) {
-        for (const std::string &error : timer.errors()) {
-            std::fprintf(stderr, "%s\n", error.c_str());
-        }
+    ResultTable table;
+    if (!measureShipped(shipped, table) || !measureLarge(large, fewerEvents, fewerSubjects, table)
+        || !measureMainFiles(table)) {
         return 1;
     }
-    ResultTable table;
-    for (Input *input : {&shipped, &large}) {
-        Rows::report(timer, *input, table);
-        if (!Rows::reportMemory(*input, table)) {
-            std::fputs("The memory cannot be measured.\n", stderr);
-            return 1;
-        }
-    }
-    Rows::reportGrowth(timer, large, fewerEvents, table);
-    Rows::reportGrowth(timer, large, fewerSubjects, table);
-    MainFileRows::report(timer, table);
     table.print();
     return 0;
 }

@@ -57,7 +57,7 @@ const Sample samples[] = {
     {"10,000 destinations", destinations, 10000, 400, 1},
     {"400 kB without an end", withoutEnd, 400000, 100, 4},
     {"400 kB without \"};\"", withoutSemicolon, 400000, 100, 4},
-    {"1,000 comment lines", commentsBeforeABlock, 1000, 20, 20},
+    {"1,000 comment lines", commentsBeforeABlock, 1000, 20, 60},
     {"400 kB of parentheses", openParentheses, 400000, 100, 4},
 };
 
