@@ -58,9 +58,18 @@ private:
         const QByteArray whole = QByteArray("g/e/message-audit-events/open/") + path;
         return Tree::valueAt(root, whole.constData());
     }
+    /// Whether anything is to be written.
     [[nodiscard]] static bool collect(AuditKeeper &keeper, const Root &working, const Root &reference)
     {
         return keeper.collect(*working, *reference, userNames, groupNames);
+    }
+    /// As above, when one setting of alice is all that was turned on.
+    [[nodiscard]] bool collectOneChange(AuditKeeper &keeper) const
+    {
+        const Root reference = load(keeper);
+        const Root working = load(keeper);
+        set(working, "users/alice/succ", "1");
+        return collect(keeper, working, reference);
     }
 
     PrivateBus m_bus;
@@ -135,10 +144,7 @@ private Q_SLOTS:
         QVERIFY(!keeper.readError().isEmpty());
         QVERIFY(m_bus.setAllowed(true));
         QVERIFY(!keeper.read(userNames, groupNames));
-        const Root reference = load(keeper);
-        const Root working = load(keeper);
-        set(working, "users/alice/succ", "1");
-        QVERIFY(collect(keeper, working, reference));
+        QVERIFY(collectOneChange(keeper));
         QVERIFY2(keeper.refusal().contains(keeper.readError()), qPrintable(keeper.refusal()));
     }
 
@@ -146,10 +152,7 @@ private Q_SLOTS:
     {
         AuditKeeper keeper(m_service);
         QVERIFY(keeper.read(userNames, groupNames));
-        const Root reference = load(keeper);
-        const Root working = load(keeper);
-        set(working, "users/alice/succ", "1");
-        QVERIFY(collect(keeper, working, reference));
+        QVERIFY(collectOneChange(keeper));
         QVERIFY(m_bus.setAllowed(false));
         QVERIFY(!keeper.write());
         QVERIFY(!keeper.writeError().isEmpty());
@@ -166,10 +169,7 @@ private Q_SLOTS:
     {
         AuditKeeper keeper(m_service);
         QVERIFY(keeper.read(userNames, groupNames));
-        const Root reference = load(keeper);
-        const Root working = load(keeper);
-        set(working, "users/alice/succ", "1");
-        QVERIFY(collect(keeper, working, reference));
+        QVERIFY(collectOneChange(keeper));
         // Somebody else's setting in between is not overwritten by a value that nobody turned.
         QVERIFY(m_service.setAuditSettings({{{QStringLiteral("bob"), opening}, 2}}, AuditSettings::Users));
         QVERIFY(keeper.write());

@@ -21,6 +21,16 @@ QStringList paths(const char *prefix, const QStringList &names)
     return result;
 }
 
+/// What is marked when the accounts of the operation "open" are no longer those that the others are measured
+/// by.
+QStringList usersGroupsAndOthers()
+{
+    return paths("g/e/message-audit-events",
+                 {QString(), QStringLiteral("/open"), QStringLiteral("/open/users"),
+                  QStringLiteral("/open/groups"), QStringLiteral("/open/other"),
+                  QStringLiteral("/open/other/fail"), QStringLiteral("/open/other/succ")});
+}
+
 EventTreeItem *node(const std::unique_ptr<EventTreeItem> &root, const char *path)
 {
     EventTreeItem *item = root.get();
@@ -240,33 +250,21 @@ void ChangeMarkerTest::outcomeOfTheOthersMarksUsersAndGroups()
 {
     type(at("g/e/message-audit-events/open/other/fail"), "1");
     QVERIFY(!isUnchanged());
-    QCOMPARE(marked(),
-             paths("g/e/message-audit-events",
-                   {QString(), QStringLiteral("/open"), QStringLiteral("/open/users"),
-                    QStringLiteral("/open/groups"), QStringLiteral("/open/other"),
-                    QStringLiteral("/open/other/fail"), QStringLiteral("/open/other/succ")}));
+    QCOMPARE(marked(), usersGroupsAndOthers());
 }
 
 void ChangeMarkerTest::changedUsersMarkOtherAndGroups()
 {
     at("g/e/message-audit-events/open/users")->setData(2, QStringLiteral(R"({"bob":{}})"));
     QVERIFY(!isUnchanged());
-    QCOMPARE(marked(),
-             paths("g/e/message-audit-events",
-                   {QString(), QStringLiteral("/open"), QStringLiteral("/open/users"),
-                    QStringLiteral("/open/groups"), QStringLiteral("/open/other"),
-                    QStringLiteral("/open/other/fail"), QStringLiteral("/open/other/succ")}));
+    QCOMPARE(marked(), usersGroupsAndOthers());
 }
 
 void ChangeMarkerTest::changedGroupsMarkOtherAndUsers()
 {
     at("g/e/message-audit-events/open/groups")->setData(2, QStringLiteral(R"({"adm":{}})"));
     QVERIFY(!isUnchanged());
-    QCOMPARE(marked(),
-             paths("g/e/message-audit-events",
-                   {QString(), QStringLiteral("/open"), QStringLiteral("/open/users"),
-                    QStringLiteral("/open/groups"), QStringLiteral("/open/other"),
-                    QStringLiteral("/open/other/fail"), QStringLiteral("/open/other/succ")}));
+    QCOMPARE(marked(), usersGroupsAndOthers());
 }
 
 void ChangeMarkerTest::changedGroupsWithoutSiblingsMarkWhatIsThere()

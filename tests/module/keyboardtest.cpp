@@ -33,6 +33,10 @@ private Q_SLOTS:
 
 private:
     static QVector<QWidget *> controls(const QWidget &page);
+    static QLineEdit *search(const QWidget &page)
+    {
+        return page.findChild<QLineEdit *>(QStringLiteral("eventSearch"));
+    }
 
     PageFixture m_machine;
 };
@@ -70,7 +74,7 @@ void KeyboardTest::tabReachesEveryControlInTheOrderOfThePage()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     page->activateWindow();
-    auto *field = page->findChild<QLineEdit *>(QStringLiteral("eventSearch"));
+    auto *field = search(*page);
     field->setFocus();
     QTRY_VERIFY(field->hasFocus());
     field->setText(QStringLiteral("Event")); // with matches, so that the step buttons work
@@ -129,7 +133,7 @@ void KeyboardTest::focusIsVisible()
     QVERIFY(page);
     page->activateWindow();
     PageFixture::view(*page)->setCurrentIndex(PageFixture::view(*page)->model()->index(0, 0));
-    page->findChild<QLineEdit *>(QStringLiteral("eventSearch"))->setText(QStringLiteral("Event"));
+    search(*page)->setText(QStringLiteral("Event"));
     page->setAttribute(Qt::WA_KeyboardFocusChange); // as the first Tab does
     for (QWidget *control : controls(*page)) {
         control->setFocus(Qt::TabFocusReason);
@@ -149,7 +153,7 @@ void KeyboardTest::theFindKeyFocusesTheSearchAndEscapeClearsIt()
     view->setFocus();
     QTRY_VERIFY(view->hasFocus());
     QTest::keyClick(view, Qt::Key_F, Qt::ControlModifier);
-    auto *field = page->findChild<QLineEdit *>(QStringLiteral("eventSearch"));
+    auto *field = search(*page);
     QVERIFY(field->hasFocus());
     QTest::keyClicks(field, QStringLiteral("watch"));
     QCOMPARE(view->model()->rowCount(), 1);
@@ -165,7 +169,7 @@ void KeyboardTest::aSearchTakesAwayTheToolTipOfARowThatGoes()
     QTreeView *view = PageFixture::view(*page);
     QToolTip::showText(view->mapToGlobal(view->rect().center()), QStringLiteral("of a row"), view);
     QVERIFY(QToolTip::isVisible());
-    QTest::keyClick(page->findChild<QLineEdit *>(QStringLiteral("eventSearch")), Qt::Key_W);
+    QTest::keyClick(search(*page), Qt::Key_W);
     constexpr int soon = 2000; // unsought it stays up for ten seconds
     QTRY_VERIFY_WITH_TIMEOUT(!QToolTip::isVisible(), soon);
 }
@@ -185,7 +189,7 @@ void KeyboardTest::theFindKeyWorksFromOutsideThePage()
     shell->setFocus();
     QTRY_VERIFY(shell->hasFocus());
     QTest::keyClick(shell, Qt::Key_F, Qt::ControlModifier);
-    const bool found = page->findChild<QLineEdit *>(QStringLiteral("eventSearch"))->hasFocus();
+    const bool found = search(*page)->hasFocus();
     page->setParent(nullptr); // this test owns it, not the window
     QVERIFY(found);
 }
@@ -195,7 +199,7 @@ void KeyboardTest::aSearchIsWalkedAndAnEventCheckedByKeys()
     const auto page = m_machine.openPage();
     QVERIFY(page);
     page->activateWindow();
-    auto *field = page->findChild<QLineEdit *>(QStringLiteral("eventSearch"));
+    auto *field = search(*page);
     field->setFocus();
     QTRY_VERIFY(field->hasFocus());
     QTest::keyClicks(field, QStringLiteral("plain"));
