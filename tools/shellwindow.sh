@@ -40,9 +40,15 @@ open_page() {
     wait_until 15 display_rests || true
 }
 
-# Nobody else places and focuses windows here.
+# Nobody else places and focuses windows here, but the shell may give its window a size of its own a moment later.
 fill_display() {
+    wait_until 15 display_filled || true
+}
+
+display_filled() {
     xdotool windowmove "$window" 0 0 windowsize "$window" 1024 768 windowfocus "$window"
+    sleep 0.5
+    xdotool getwindowgeometry "$window" | grep -q 'Geometry: 1024x768'
 }
 
 close_page() {
